@@ -66,5 +66,7 @@ void DebugLine(const std::string& line);
 // UTF-8 to the system's ANSI code page and back; characters it lacks become "?".
 std::string ToAnsi(const std::string& utf8);
 std::string FromAnsi(const std::string& ansi);
+// From the code page of the console and of DOS tools.
+std::string FromOem(const std::string& oem);
 
 }  // namespace pc
