@@ -1,6 +1,6 @@
-#include "mail/scramble.h"
+#include "system/scramble.h"
 
-#include "mail/base85.h"
+#include "system/base85.h"
 #include "platform/machine.h"
 
 namespace {

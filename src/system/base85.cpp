@@ -1,4 +1,4 @@
-#include "mail/base85.h"
+#include "system/base85.h"
 
 #include <cstdint>
 
