@@ -1,0 +1,9 @@
+// The technician's name and picture, for every form that shows them.
+#pragma once
+
+#include <string>
+
+// Company name of the settings, or the built-in one.
+std::string BrandName();
+// Full path of the logo: the first of supportlogo.jpg, .gif, .png that exists, otherwise supportlogo.bmp untested.
+std::string LogoFile();
