@@ -1,0 +1,119 @@
+# The product, its companions, the setup program, and the test programs for Windows.
+set(OUT ${CMAKE_SOURCE_DIR}/out)
+set(MADE ${CMAKE_BINARY_DIR}/made)  # icons and other inputs of the resource compiler
+file(MAKE_DIRECTORY ${OUT} ${MADE})
+enable_language(RC)
+
+add_compile_definitions(_WIN32_WINNT=0x0500 WINVER=0x0500 _WIN32_IE=0x0600 UNICODE _UNICODE)
+add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-Os;-ffunction-sections;-fdata-sections;-fno-exceptions;-fno-rtti>")
+add_link_options(-static -s -Wl,--gc-sections)
+set(CMAKE_RC_FLAGS "--use-temp-file -c 65001")
+set(SYSTEM_LIBRARIES z wininet urlmon version winmm comctl32 comdlg32 shell32 shlwapi oleaut32 ole32 uuid gdi32
+    advapi32 user32)
+
+# --- icons ---------------------------------------------------------------------------------------------------------
+file(GLOB icons CONFIGURE_DEPENDS resources/icons/*.svg)
+foreach(svg ${icons})
+    cmake_path(GET svg STEM name)
+    add_custom_command(OUTPUT ${MADE}/${name}.ico
+        COMMAND ${CMAKE_SOURCE_DIR}/workshop/make_icon ${svg} ${MADE}/${name}.ico
+        DEPENDS ${svg} ${CMAKE_SOURCE_DIR}/workshop/make_icon
+        COMMENT "Icon ${name}.ico")
+    list(APPEND made_icons ${MADE}/${name}.ico)
+endforeach()
+add_custom_target(icons DEPENDS ${made_icons})
+
+# --- logic and the Windows side of the platform layer, compiled once for product, companions and contract tests ------
+set(ENTRY src/platform/win32/entry.cpp)  # WinMain
+list(REMOVE_ITEM WIN32_LAYER ${CMAKE_SOURCE_DIR}/${ENTRY})
+add_library(logic STATIC ${LOGIC} ${WIN32_LAYER})
+target_compile_options(logic PRIVATE ${WARNINGS})
+
+# --- companions: folder under tools/, program, what of src/ it uses, administrator rights ------------------------------
+function(companion folder program)
+    cmake_parse_arguments(TOOL "ADMINISTRATOR" "" "SOURCES" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS tools/${folder}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${program} WIN32 ${sources} ${TOOL_SOURCES} resources/tool.rc)
+    target_compile_options(${program} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>")
+    target_compile_definitions(${program} PRIVATE TOOL_NAME=${program} $<$<BOOL:${TOOL_ADMINISTRATOR}>:TOOL_ADMINISTRATOR>)
+    target_include_directories(${program} PRIVATE resources ${MADE})
+    target_link_libraries(${program} ${SYSTEM_LIBRARIES})
+    set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${OUT})
+    add_dependencies(${program} icons)
+    set_property(GLOBAL APPEND PROPERTY COMPANIONS ${program})
+endfunction()
+
+companion(external_ip GetExternalIP)
+companion(create_srp CreateSRP ADMINISTRATOR)
+companion(safe_mode Pelmark ADMINISTRATOR)
+companion(maintenance_check BrevantaMCStub)
+get_property(companions GLOBAL PROPERTY COMPANIONS)
+
+# --- the product -----------------------------------------------------------------------------------------------------
+if(EXISTS ${CMAKE_SOURCE_DIR}/${ENTRY})
+    add_executable(product WIN32 ${ENTRY} resources/brevanta.rc)
+    target_compile_options(product PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>")
+    target_link_libraries(product logic ${SYSTEM_LIBRARIES})
+    set_target_properties(product PROPERTIES OUTPUT_NAME Brevanta RUNTIME_OUTPUT_DIRECTORY ${OUT})
+    target_include_directories(product PRIVATE resources ${MADE} ${OUT})
+
+    find_file(ZLIB_DLL zlib1.dll PATHS /usr/i686-w64-mingw32/lib REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+    configure_file(${ZLIB_DLL} ${MADE}/zlib.dll COPYONLY)
+    set(carried resources/brevanta.manifest resources/WinsockXP.reg ${made_icons} ${MADE}/zlib.dll)
+    target_compile_definitions(product PRIVATE BREVANTA_HAS_ZLIB)
+    foreach(program GetExternalIP CreateSRP)
+        if(program IN_LIST companions)
+            string(TOUPPER ${program} name)
+            target_compile_definitions(product PRIVATE BREVANTA_HAS_${name})
+            add_dependencies(product ${program})
+            list(APPEND carried ${OUT}/${program}.exe)
+        endif()
+    endforeach()
+    if(EXISTS ${CMAKE_SOURCE_DIR}/resources/ccrpprg6.ocx)
+        target_compile_definitions(product PRIVATE BREVANTA_HAS_CCPB)
+        list(APPEND carried resources/ccrpprg6.ocx)
+    endif()
+    set_source_files_properties(resources/brevanta.rc PROPERTIES OBJECT_DEPENDS "${carried}")
+
+    file(GLOB installer CONFIGURE_DEPENDS installer/*)
+    if(EXISTS ${CMAKE_SOURCE_DIR}/installer/setup.nsi)
+        add_custom_command(OUTPUT ${OUT}/BrevantaSetup.exe
+            COMMAND makensis -V2 -INPUTCHARSET UTF8 -DOUT=${OUT} -DMADE=${MADE} -DVERSION=${PROJECT_VERSION}
+                -DSOURCE=${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/installer/setup.nsi
+            DEPENDS ${installer} product ${companions}
+            COMMENT "Setup program")
+        add_custom_target(setup ALL DEPENDS ${OUT}/BrevantaSetup.exe)
+    endif()
+endif()
+
+# --- contract tests: the same assertions as on the simulated PC, here on the Windows layer --------------------------------
+if(CONTRACT_TESTS)
+    set(GTEST /usr/src/googletest/googletest)
+    add_library(gtest STATIC EXCLUDE_FROM_ALL ${GTEST}/src/gtest-all.cc ${GTEST}/src/gtest_main.cc)
+    target_include_directories(gtest SYSTEM PUBLIC ${GTEST}/include PRIVATE ${GTEST})
+    # The win32 thread model has no std::mutex; the tests have one thread.
+    target_compile_definitions(gtest PUBLIC GTEST_IS_THREADSAFE=0 GTEST_HAS_PTHREAD=0 GTEST_HAS_RTTI=0 GTEST_HAS_EXCEPTIONS=0)
+    add_executable(contract_tests ${CONTRACT_TESTS} resources/tool.rc)
+    target_compile_options(contract_tests PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>")
+    target_compile_definitions(contract_tests PRIVATE TOOL_NAME=contract_tests)
+    target_include_directories(contract_tests PRIVATE resources ${MADE} ${CMAKE_SOURCE_DIR} tests)
+    target_link_libraries(contract_tests logic gtest ${SYSTEM_LIBRARIES})
+    add_dependencies(contract_tests icons)
+endif()
+
+# --- driver and other test programs; comparisons to run under Wine ----------------------------------------------------------
+file(GLOB programs CONFIGURE_DEPENDS tests/windows/*.cpp)
+file(GLOB comparisons CONFIGURE_DEPENDS bench/windows/*.cpp)
+foreach(source ${programs} ${comparisons})
+    cmake_path(GET source STEM name)
+    add_executable(${name} ${source})
+    target_compile_options(${name} PRIVATE ${WARNINGS})
+    target_link_libraries(${name} ${SYSTEM_LIBRARIES})
+endforeach()
+foreach(source ${comparisons})
+    cmake_path(GET source STEM name)
+    target_link_libraries(${name} logic)
+endforeach()
