@@ -1,0 +1,27 @@
+// The fixture of the native tests: a fresh PC, fresh program state and no loaded forms for each test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "pc/headless_host.h"
+#include "pc/simulated_pc.h"
+
+class PcTest : public ::testing::Test {
+protected:
+    PcTest();
+    ~PcTest() override;
+};
+
+// Success when the lines are the same, else a readable comparison.
+testing::AssertionResult SameLines(const std::vector<std::string>& actual, const std::vector<std::string>& expected);
+
+// EXPECT_JOURNAL({"run cmd /c x", "delete C:\\a"}): the whole journal.
+#define EXPECT_JOURNAL(...) EXPECT_TRUE(SameLines(Pc().journal, __VA_ARGS__))
+// EXPECT_LINES(Pc().Journal("run"), {"run cmd /c x"}).
+#define EXPECT_LINES(actual, ...) EXPECT_TRUE(SameLines(actual, __VA_ARGS__))
+
+// Forgets all forms without asking or telling them.
+void DropForms();
