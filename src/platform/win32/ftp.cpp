@@ -3,6 +3,7 @@
 #include <windows.h>
 // behind windows.h
 #include <wininet.h>
+#undef FtpOpenFile
 
 #include "platform/win32/wide.h"
 
