@@ -73,5 +73,8 @@ public:
     std::string ReturnNewestFileFromSpec(const std::string& folder, const std::string& pattern, bool bSubFolders);
 
 private:
+    void KillWhatIsLeft(const std::string& folder);
+    bool PlaceFile(const char* procedure, const std::string& source, const std::string& destination, bool bOverwrite,
+                   bool isMove);
     bool AskReplace(const std::string& source, const std::string& destination);
 };
