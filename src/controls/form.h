@@ -99,7 +99,20 @@ struct ListRow {
 };
 
 // What of a control has changed; told to the host.
-enum class Change : uint8_t { text, visible, enabled, value, look, place, items, picture, timer, toolTip, focus };
+enum class Change : uint8_t {
+    text,
+    visible,
+    enabled,
+    value,
+    look,
+    place,
+    items,
+    picture,
+    timer,
+    toolTip,
+    focus,
+    address,
+};
 
 // One live control. Change it through the setters so that the host hears of it.
 class Control {
@@ -175,7 +188,8 @@ public:
     std::function<void()> onTimer;
     std::function<void(int group, int item)> onItemClick;   // sidebar, both from 1
 
-    // Called by the host when the user did something; runs the handlers.
+    // Called by the host when the user did something; runs the handlers. A click on a control that is disabled
+    // or not shown is passed over.
     void UserClicked();
     void UserTyped(const std::string& newText);
     void UserSelected(int index);
@@ -244,7 +258,8 @@ public:
     bool Modal() const { return modal; }
     int Width() const { return width; }    // client area now, twips
     int Height() const { return height; }
-    void Resized(int newWidth, int newHeight);  // by the host
+    // By the host: moves and grows the controls by their flags, then runs onResize.
+    void Resized(int newWidth, int newHeight);
     // "a1" or a full path of an .ico file.
     const std::string& Icon() const { return icon; }
     void SetIcon(const std::string& value);
@@ -259,12 +274,18 @@ public:
     intptr_t hostData = 0;
 
 private:
+    friend class Control;
+    friend Form& LoadForm(const FormDefinition&);
     friend void ShowFormModal(const FormDefinition&);
     friend bool UnloadForm(Form&, bool);
+    void PlaceByFlags(Control& control, int widthGained, int heightGained);
+
     const FormDefinition& definition;
     std::string name, caption, icon;
     int width, height;
     bool visible = false, modal = false;
+    bool hosted = false;     // the host has windows for it
+    bool unloading = false;  // onUnload runs
     std::vector<std::unique_ptr<Control>> controls;
 };
 
