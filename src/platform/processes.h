@@ -29,7 +29,7 @@ public:
 // Starts a command line. windowStyle: 0 hidden, 1 normal with focus, 2 minimised with focus.
 // The result is the new process identifier; 0 on failure, with the platform's code in LastError().
 uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle);
-// As StartProcess with a handle that can be waited for and the given current folder.
+// False when there is no such process or it refuses the access bits.
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process);
 // False when the code cannot be had; stillActive while it runs.
 bool GetExitCode(const Process& process, uint32_t& exitCode);

@@ -34,7 +34,7 @@ HRESULT Invoke(const Dispatch& object, const wchar_t* name, WORD kind, Variant* 
     if (error && FAILED(code)) {
         bool told = code == DISP_E_EXCEPTION && (raised.scode || raised.wCode);
         error->number = !told ? code : raised.scode ? raised.scode : raised.wCode;
-        error->text = description ? Utf8(description.Get()) : SystemText(error->number);
+        error->text = description ? FromBstr(description.Get()) : SystemText(error->number);
     }
     return code;
 }

@@ -7,6 +7,8 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <vector>
+
 #include "platform/win32/handles.h"
 #include "platform/win32/last_error.h"
 #include "platform/win32/lookup.h"
@@ -38,6 +40,40 @@ std::string LastPart(std::string path) {
 }
 
 bool IsDots(const wchar_t* name) { return name[0] == L'.' && (!name[1] || (name[1] == L'.' && !name[2])); }
+
+int32_t RunShellOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
+    ComApartment apartment;
+    std::wstring fromList = Wide(from) + L'\0', toList = Wide(to) + L'\0';
+    SHFILEOPSTRUCTW step = {};
+    step.wFunc = operation;
+    step.pFrom = fromList.c_str();
+    step.pTo = toList.c_str();
+    step.fFlags = static_cast<FILEOP_FLAGS>(flags);
+    int result = SHFileOperationW(&step);
+    return result == 0 && step.fAnyOperationsAborted ? ERROR_CANCELLED : result;
+}
+
+// Moves what matches into the folder, replacing files and merging folders as the shell does. 0 or the last failure.
+int32_t MoveMatches(const std::string& from, const std::string& to) {
+    std::string folder = from.substr(0, from.find_last_of('\\'));
+    std::vector<FileInfo> items;
+    ListFolder(folder, LastPart(from), [&](const FileInfo& item) {
+        items.push_back(item);
+        return true;
+    });
+    int32_t result = 0;
+    for (const FileInfo& item : items) {
+        std::string source = folder + "\\" + item.name, target = to + "\\" + item.name;
+        auto there = GetFileInfo(target);
+        bool merge = item.IsFolder() && !item.IsLink() && there && there->IsFolder();
+        int32_t inner = merge ? MoveMatches(source + "\\*", target) : 0;
+        if (inner != 0)
+            result = inner;
+        else if (!(merge ? RemoveFolder(source) : MovePath(source, target, true)))
+            result = static_cast<int32_t>(lastError);
+    }
+    return result;
+}
 
 }  // namespace
 
@@ -159,15 +195,12 @@ std::string FullPath(const std::string& path) {
 }
 
 int32_t ShellFileOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
-    ComApartment apartment;
-    std::wstring fromList = Wide(from) + L'\0', toList = Wide(to) + L'\0';
-    SHFILEOPSTRUCTW step = {};
-    step.wFunc = operation;
-    step.pFrom = fromList.c_str();
-    step.pTo = toList.c_str();
-    step.fFlags = static_cast<FILEOP_FLAGS>(flags);
-    int result = SHFileOperationW(&step);
-    return result == 0 && step.fAnyOperationsAborted ? ERROR_CANCELLED : result;
+    int32_t result = RunShellOperation(operation, from, to, flags);
+    bool silentMove = operation == FO_MOVE && (flags & FOF_NOCONFIRMATION) && !(flags & FOF_RENAMEONCOLLISION);
+    bool pattern = LastPart(from).find_first_of("*?") != std::string::npos;
+    // Some systems cancel a move by a pattern, or leave folders behind that the target has already.
+    if (silentMove && pattern && (result == 0 || result == ERROR_CANCELLED)) return MoveMatches(from, to);
+    return result;
 }
 
 uint32_t SetFileOwner(const std::string& path, const std::string& sid) {

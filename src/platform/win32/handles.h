@@ -86,7 +86,8 @@ using Bstr = Owned<BstrTraits>;
 inline Bstr MakeBstr(std::wstring_view text) {
     return Bstr(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())));
 }
-inline std::string Utf8(BSTR text) { return text ? Utf8({text, SysStringLen(text)}) : std::string(); }
+// Null is the empty text.
+inline std::string FromBstr(BSTR text) { return text ? Utf8({text, SysStringLen(text)}) : std::string(); }
 
 template <typename Interface>
 struct ComTraits {

@@ -80,7 +80,7 @@ WmiValue ValueOf(VARIANT& source) {
         value.list = ListOf(source.parray, source.vt & VT_TYPEMASK);
     } else if (source.vt == VT_BSTR) {
         value.kind = WmiValue::Kind::text;
-        value.text = Utf8(source.bstrVal);
+        value.text = FromBstr(source.bstrVal);
     } else if (source.vt == VT_BOOL) {
         value.kind = WmiValue::Kind::boolean;
         value.boolean = source.boolVal != VARIANT_FALSE;
@@ -90,7 +90,7 @@ WmiValue ValueOf(VARIANT& source) {
         constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
         if (FAILED(VariantChangeTypeEx(&text, &source, english, 0, VT_BSTR))) return value;
         value.kind = WmiValue::Kind::number;
-        value.text = Utf8(text.bstrVal);
+        value.text = FromBstr(text.bstrVal);
         value.number = text.bstrVal ? _wtoi64(text.bstrVal) : 0;
     }
     return value;

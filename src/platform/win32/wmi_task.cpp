@@ -17,7 +17,7 @@ std::string ErrorText(HRESULT code) {
                                 reinterpret_cast<void**>(texts.Receive()))) ||
         FAILED(texts.Get()->GetErrorCodeText(code, 0, 0, text.Receive())))
         return number;
-    std::string words = Utf8(text.Get());
+    std::string words = FromBstr(text.Get());
     while (words.ends_with('\n') || words.ends_with('\r') || words.ends_with(' ')) words.pop_back();
     return number + (" " + words);
 }
