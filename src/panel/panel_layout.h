@@ -1,0 +1,17 @@
+// Turns the settings into a dressed panel. Every setting is read at the moment of use; a control that a face lacks is
+// passed over.
+#pragma once
+
+#include "controls/form.h"
+
+// Icon, translated captions and the logo's link.
+void LoadPanelCommon(Form& form);
+void ApplyLanguageCaptions(Form& form);
+void LayoutClassicPanel(Form& form);
+void LayoutNewPanel(Form& form);
+// Groups and items of the new face's sidebar. Items lead to actions by their position (actions.h).
+void BuildSideBar(Form& form);
+// Shows the dressed window, then measures the PC with the window in sight.
+void ShowAndMeasure(Form& form);
+// What closing a panel does: the skin goes, the form hides, and the usage upload takes over, which ends the process.
+void LeavePanel(Form& form);
