@@ -1,0 +1,16 @@
+// The technician's console: one form, a sidebar, fifteen pages.
+#pragma once
+
+#include "controls/form.h"
+
+const FormDefinition& frmConfig();
+
+// All pages from the settings; nothing when there is no settings file.
+void LoadConsole(Form& form);
+// All pages to the settings. False when they could not be written, which the user is told.
+bool SaveConsole(Form& form);
+void HideAllPages(Form& form);
+void ShowPage(Form& form, const char* page);
+// The mail account of page picSMTP, the receiver from page picEmail; passwords scrambled.
+void WriteEmailConfig(Form& form);
+void ReadEmailConfig(Form& form);

@@ -1,0 +1,126 @@
+#include "console/console.h"
+#include "console/console_parts.h"
+#include "controls/panel_links.h"
+#include "mail/mail_sender.h"
+#include "maintenance/scheduled_tasks.h"
+#include "panel/browser.h"
+#include "panel/dialogs.h"
+#include "panel/panel_forms.h"
+#include "platform/files.h"
+#include "platform/machine.h"
+#include "platform/messages.h"
+#include "system/files.h"
+#include "system/operating_system.h"
+#include "system/paths.h"
+#include "system/processes.h"
+#include "system/program_state.h"
+#include "system/settings.h"
+#include "system/text.h"
+#include "system/trace.h"
+#include "transfer/archives.h"
+#include "transfer/cloud.h"
+
+namespace {
+
+std::string UploadFolder() { return GetAppPath() + "ConfigUpload"; }
+std::string ConfigArchive() { return GetAppPath() + "BrevantaConfig.zip"; }
+
+// The set that panels fetch: settings, apps, icon and logo, zipped flat. True when the archive is there.
+bool PackConfig(Form& form) {
+    SaveConsole(form);
+    // What an earlier pack left behind is no part of this one.
+    clsFSO().KillDir(UploadFolder(), false);
+    MakeFolderPath(UploadFolder());
+    for (const char* pattern : {"*.ini", "*.cfg", "*.ico", "supportlogo.*"})
+        CopyFileQuiet(GetAppPath() + pattern, UploadFolder());
+    return ZipFolderRelative(UploadFolder(), ConfigArchive(), false);
+}
+
+std::string CommonDesktop() {
+    return pc::Environment(IsVistaOrLater() ? "public" : "allusersprofile") + "\\Desktop";
+}
+
+void UploadNow(Form& form) {
+    PackConfig(form);
+    ShowFormModal(frmFTPUL);
+    clsFSO().KillDir(UploadFolder(), false);
+    if (DoesFileExist(ConfigArchive())) pc::RemoveFile(ConfigArchive());
+}
+
+void DownloadNow(Form& form) {
+    ShowFormModal(frmCloudDL);
+    if (!DoesFileExist(ConfigArchive())) return;
+    UnzipFile(ConfigArchive(), GetAppPath(), true);
+    pc::RemoveFile(ConfigArchive());
+    // The new process shows what came down; this one must not save over it.
+    ShellX(GetEXEPath(), "/config", false, 1);
+    UnloadForm(form);
+}
+
+void ViewPage(Form& form, const char* box) {
+    std::string text = form.Text(box);
+    if (!text.empty() && DoesFileExist(GetAppPath() + text)) text = GetAppPath() + text;
+    for (const char* ending : {".exe", ".scr", ".com"})
+        if (EndsWithNoCase(text, ending)) return;
+    State().browserAddress = text;
+    ShowPanelBrowser(true);
+}
+
+struct Schedule {
+    const char* button;
+    std::vector<std::string> controls;
+    void (*set)();
+};
+
+const std::vector<Schedule>& Schedules() {
+    static const std::vector<Schedule> schedules = {
+        {"Command1", {"chkUpdateConfig", "txtUpdateLoc", "chkUpdateApp", "chkOpenTS"}, SetUpdateTasks},
+        {"Command10",
+         {"comboRPDay(0)", "comboRPDay(1)", "comboRPDay(2)", "txtRPTime(0)", "txtRPTime(1)", "txtRPTime(2)",
+          "txtRPName(0)", "txtRPName(1)", "txtRPName(2)", "chkEnableRP(0)", "chkEnableRP(1)", "chkEnableRP(2)"},
+         SetRPSchedules},
+        {"Command9", {"comboMaintReminder", "chkMaintCheck"}, SetMaintCheck},
+    };
+    return schedules;
+}
+
+void SetSchedule(Form& form, const Schedule& schedule) {
+    SaveFields(form, schedule.controls);
+    schedule.set();
+    pc::ShowMessage("Schedules Set!");
+}
+
+void SendConsoleTestMail(Form& form) {
+    WriteEmailConfig(form);
+    SendTestEmail("Test Email", "Please Disregard.", "");
+}
+
+}  // namespace
+
+void SaveAndZip(Form& form) {
+    if (!PackConfig(form)) return;
+    clsFSO().KillDir(UploadFolder(), false);
+    MoveFileQuiet(ConfigArchive(), CommonDesktop());
+    pc::ShowMessage("Your config is saved to your desktop.");
+}
+
+void SaveAndTest(Form& form) {
+    SaveConsole(form);
+    ShowForm(Eq1(Setting("Branding", "UseNewInterface")) ? frmMainNew : frmMain);
+}
+
+void SaveAndClose(Form& form) {
+    if (SaveConsole(form)) UnloadForm(form);
+}
+
+void AttachActions(Form& form) {
+    form.OnClick("cmdSetClientID", [] { ShowFormModal(frmSetClientID); });
+    form.OnClick("cmdSetClientInfoNow", [] { ShowFormModal(frmClientInfoPrompt); });
+    form.OnClick("cmdTestEmail", [&form] { SendConsoleTestMail(form); });
+    form.OnClick("cmdViewPreURL", [&form] { ViewPage(form, "txtPreRemoteURL"); });
+    form.OnClick("cmdViewRSURL", [&form] { ViewPage(form, "txtSupportApp"); });
+    form.OnClick("Command2", [&form] { UploadNow(form); });
+    form.OnClick("Command3", [&form] { DownloadNow(form); });
+    for (const Schedule& schedule : Schedules())
+        form.OnClick(schedule.button, [&form, &schedule] { SetSchedule(form, schedule); });
+}
