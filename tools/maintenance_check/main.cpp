@@ -1,0 +1,63 @@
+// BrevantaMCStub.exe: started at each logon; reminds the client, politely, when the last maintenance was long ago.
+#include "controls/branding.h"
+#include "controls/form_host.h"
+#include "controls/panel_links.h"
+#include "platform/processes.h"
+#include "reminder.h"
+#include "system/processes.h"
+#include "system/program_state.h"
+#include "system/text.h"
+#include "system/trace.h"
+
+namespace {
+
+const ControlSpec controls[] = {
+    {Kind::image, "AlphaImgCtl1", "", {300, 300, 1815, 1575}, "", stretch},
+    {Kind::label, "lblTitle", "Time for maintenance", {2400, 300, 4800, 480}, "", heading},
+    {Kind::label, "lblDays", "", {2400, 900, 4800, 540}, "", wrap | noPrefix},
+    {Kind::label, "lblAdvice", "Regular maintenance keeps your PC clean and quick.", {2400, 1500, 4800, 540}, "", wrap},
+    {Kind::button, "cmdRun", "&Run Now", {300, 2400, 2160, 480}, "", defaultButton},
+    {Kind::button, "cmdLater", "Remind Me &Later", {2640, 2400, 2160, 480}, "", cancelButton},
+    {Kind::button, "cmdStop", "&Stop Reminding", {4980, 2400, 2220, 480}},
+};
+
+std::string PanelProgram() { return GetAppPath() + "Brevanta.exe"; }
+
+std::string DaysText() {
+    auto days = DaysSinceMaintenance();
+    if (!days) return "Your PC has not had its maintenance yet.";
+    return "The last maintenance of your PC was " + NumberText(*days) + " days ago.";
+}
+
+const FormDefinition frmReminder = {
+    "frmReminder", "", 7500, 3180, Border::fixed, controls, [](Form& form) {
+        form.onLoad = [&form] {
+            SetFormIcon(form);
+            form.SetCaption(BrandName());
+            form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
+            form.SetText("lblDays", DaysText());
+        };
+        form.OnClick("cmdRun", [&form] {
+            ShellX(PanelProgram(), "/maintenance", false, 1);
+            UnloadForm(form);
+        });
+        form.OnClick("cmdLater", [&form] { UnloadForm(form); });
+        // The entry stands in the machine's part of the registry, so the panel asks for the rights to remove it.
+        form.OnClick("cmdStop", [&form] {
+            pc::ShellOpen(PanelProgram(), "runas", "/disablemaintenance", 1);
+            UnloadForm(form);
+        });
+    }};
+
+}  // namespace
+
+int main() {
+    InitPaths(true, true);
+    State().bHandle64BitRedirect = true;
+    State().settingsFile = GetAppPath() + "Brevanta.ini";
+    if (!IsReminderDue() || !pc::HoldSingleInstance("BrevantaReminder")) return 0;
+    host::Start();
+    ShowForm(frmReminder);
+    host::RunUntilNoForms();
+    return 0;
+}
