@@ -26,7 +26,7 @@ std::string NumberText(int64_t number);
 std::string HexText(uint32_t number);  // upper case, no leading zeros
 // Rounded half away from zero to a fixed number of decimals, e.g. FixedText(1.005, 2).
 std::string FixedText(double value, int decimals);
-// "#,###.##" with up to maxDecimals optional decimals and grouping by thousands: 0.5 gives ".5", 2 gives "2.".
+// "#,###.##" with up to maxDecimals optional decimals and grouping by thousands: 0.5 gives ".5", 2 gives "2".
 // maxDecimals 0 gives "###,###,###,###": whole, grouped, empty for 0.
 std::string GroupedText(double value, int maxDecimals);
 // Number of characters (code points) of a UTF-8 text, and its first n characters.

@@ -56,11 +56,14 @@ bool IsDrive64Bit(const std::string& drive);
 void Disable64BitRedirect();
 void Revert64BitRedirect();
 
-// Redirection off for a block.
+// Redirection off for a block; a block within a block leaves it off.
 class RedirectionOff {
 public:
-    RedirectionOff() { Disable64BitRedirect(); }
-    ~RedirectionOff() { Revert64BitRedirect(); }
+    RedirectionOff();
+    ~RedirectionOff();
     RedirectionOff(const RedirectionOff&) = delete;
     RedirectionOff& operator=(const RedirectionOff&) = delete;
+
+private:
+    bool wasOff;
 };
