@@ -3,6 +3,7 @@
 #include "controls/panel_links.h"
 #include "maintenance/custom_apps.h"
 #include "maintenance/defrag.h"
+#include "maintenance/restore_points.h"
 #include "maintenance/temp_cleaner.h"
 #include "platform/messages.h"
 #include "system/language.h"
@@ -63,6 +64,8 @@ const Step steps[] = {
     {"DefragStartup", Num1, nullptr, "", "", true, [](Form&) { DefragStartupFiles(); }},
     {"ProcIdleTasks", NumPositive, "ProcessIdleTasks", "Windows is processing background tasks...", "", false,
      RunIdleTasks},
+    {"DoSystemRP", Num1, "CreatingRestorePoint", "Creating System Restore Point, Please Wait...", "", false,
+     [](Form&) { CreateRestorePoint(Maint("SystemRPName")); }},
 };
 
 void RunStep(const Step& step, Form& form) {

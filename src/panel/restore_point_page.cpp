@@ -1,6 +1,7 @@
 #include "panel/restore_point_page.h"
 
 #include "controls/form_host.h"
+#include "maintenance/restore_points.h"
 #include "maintenance/scheduled_tasks.h"
 #include "panel/dialogs.h"
 #include "platform/messages.h"
@@ -43,6 +44,14 @@ std::string FieldText(const Control& control) {
     return control.GetKind() == Kind::checkBox ? NumberText(control.Value()) : control.Text();
 }
 
+// The one action that leaves its text in the status line.
+void CreatePointNow(Form& form) {
+    form.SetText("txtStatus", "Creating Restore Point...");
+    CreateRestorePoint("User Created Restore Point");
+    form.SetText("txtStatus", "Idle...");
+    pc::ShowMessage("System Restore Point Created!");
+}
+
 void HidePage(Form& form) { form.SetVisible("picSRP", false); }
 
 void SaveSchedules(Form& form) {
@@ -72,6 +81,7 @@ void ShowRestorePointPage(Form& form) {
 void AttachRestorePage(Form& form) {
     form.OnClick("cmdSaveRP", [&form] { SaveSchedules(form); });
     form.OnClick("cmdOpenSR", OpenSystemRestore);
+    form.OnClick("Command1", [&form] { CreatePointNow(form); });
     if (Control* back = form.Find("Label12")) {
         back->onClick = [&form] { HidePage(form); };
         back->onMouseMove = host::ShowHandCursor;

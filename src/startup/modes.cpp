@@ -1,5 +1,7 @@
 #include "startup/modes.h"
 
+#include "console/console.h"
+#include "maintenance/restore_points.h"
 #include "panel/skin.h"
 #include "startup/config_update.h"
 #include "startup/install.h"
@@ -11,17 +13,17 @@ namespace {
 constexpr Mode modes[] = {
     {"/maintenance", true, true, RunMaintenanceMode},
     {"/disablemaintenance", false, false, DisableMaintenanceCheck},
-    {"/config", true, true, nullptr},
-    {"/configskin", true, true, nullptr},
+    {"/config", true, true, [] { ShowForm(frmConfig()); }},
+    {"/configskin", true, true, [] { ShowPage(ShowForm(frmConfig()), "picSkins"); }},
     {"/updateonly", true, false, [] { ShowFormModal(frmCompUpdateBeta); }},
     {"/installoemlink", false, false, InstallOEMLink},
     {"/installer", false, false, PostInstall},
     {"/updateconfig", false, false, ConfigUpdate},
     {"/uninstaller", false, false, Uninstall},
     {"/clientinfo", true, false, PromptClientInfo},
-    {"/rp0", false, false, nullptr},
-    {"/rp1", false, false, nullptr},
-    {"/rp2", false, false, nullptr},
+    {"/rp0", false, false, [] { CreateScheduledRestorePoint(0); }},
+    {"/rp1", false, false, [] { CreateScheduledRestorePoint(1); }},
+    {"/rp2", false, false, [] { CreateScheduledRestorePoint(2); }},
     {nullptr, true, true, RunPanelMode},
 };
 
@@ -38,5 +40,5 @@ const Mode& ChooseMode(const std::string& commandLine) {
 void RunMode(const Mode& mode) {
     if (mode.usesControls) InitControls();
     if (mode.usesSkin) LoadConfiguredSkin();
-    if (mode.run) mode.run();
+    mode.run();
 }

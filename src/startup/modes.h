@@ -8,7 +8,7 @@ struct Mode {
     const char* argument;  // lower case; null in the last row, which takes everything else
     bool usesControls;     // common controls first
     bool usesSkin;         // then the configured skin
-    void (*run)();         // null: nothing to do, the process ends
+    void (*run)();
 };
 
 // In the order tested.
