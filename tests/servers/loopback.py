@@ -1,0 +1,152 @@
+"""Servers on 127.0.0.1 for tests on a Wine PC: HTTP with scripted faults, and FTP (pyftpdlib).
+
+Both keep what was asked of them, in order. Take them as context managers; they run in threads of their own. The tests
+have a network of their own, so any port can be taken.
+"""
+import http.server
+import logging
+import pathlib
+import threading
+import time
+from dataclasses import dataclass, field
+
+from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.servers import FTPServer as PyFtpServer
+
+logging.disable(logging.INFO)  # pyftpdlib tells every step
+
+
+@dataclass
+class Reply:
+    """What one address answers. Faults: `cut` ends the connection after so many bytes of the body; `length` is what
+    Content-Length says instead of the truth (None leaves the header out); `chunk` and `delay` (seconds) send slowly."""
+
+    body: bytes = b""
+    status: int = 200
+    headers: dict = field(default_factory=dict)
+    cut: int = -1
+    length: int | None = -1
+    chunk: int = 0
+    delay: float = 0
+
+
+class HttpServer:
+    """replies: path (with query) -> bytes, Reply, or a function of the request handler that gives one; all other paths
+    are answered with 404. requests: (method, path, body) as they came."""
+
+    def __init__(self, replies=None, port=80):
+        self.replies = dict(replies or {})
+        self.requests = []
+        outer = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def answer(self):
+                body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
+                outer.requests.append((self.command, self.path, body))
+                _send(self, outer.replies.get(self.path, Reply(b"not here", 404)))
+
+            do_GET = do_POST = do_HEAD = answer
+
+            def log_message(self, *_):
+                pass
+
+        class Server(http.server.ThreadingHTTPServer):
+            daemon_threads = True
+
+            def handle_error(self, *_):
+                pass  # a client that went away
+
+        self.server = Server(("127.0.0.1", port), Handler)
+
+    def __enter__(self):
+        threading.Thread(target=self.server.serve_forever, args=(0.05,), daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        self.server.shutdown()
+        self.server.server_close()
+
+
+def _send(handler, reply):
+    if callable(reply):
+        reply = reply(handler)
+    if isinstance(reply, bytes):
+        reply = Reply(reply)
+    handler.send_response(reply.status)
+    for name, value in reply.headers.items():
+        handler.send_header(name, value)
+    if reply.length is not None:
+        handler.send_header("Content-Length", str(reply.length if reply.length >= 0 else len(reply.body)))
+    handler.end_headers()
+    handler.close_connection = True
+    if handler.command == "HEAD":
+        return
+    body = reply.body if reply.cut < 0 else reply.body[:reply.cut]
+    step = reply.chunk or max(len(body), 1)
+    for start in range(0, len(body), step):
+        handler.wfile.write(body[start:start + step])
+        handler.wfile.flush()
+        time.sleep(reply.delay)
+
+
+class FtpServer:
+    """Serves a folder to one user with all rights. commands: "STOR /Brevanta/a.zip" and the like, as they came."""
+
+    def __init__(self, folder, user="tech", password="secret", port=21):
+        self.folder = pathlib.Path(folder)
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.commands = commands = []
+
+        class Handler(FTPHandler):
+            authorizer = DummyAuthorizer()
+            auth_failed_timeout = 0
+            banner = "ready"
+
+            def pre_process_command(self, line, cmd, arg):
+                commands.append(f"{cmd} {arg}".strip())
+                super().pre_process_command(line, cmd, arg)
+
+        Handler.authorizer.add_user(user, password, str(folder), perm="elradfmwMT")
+        self.server = PyFtpServer(("127.0.0.1", port), Handler)
+
+    def __enter__(self):
+        self.running = True
+        self.thread = threading.Thread(target=self._serve, daemon=True)
+        self.thread.start()
+        return self
+
+    def _serve(self):
+        while self.running:
+            self.server.ioloop.loop(0.05, blocking=False)
+
+    def __exit__(self, *_):
+        self.running = False
+        self.thread.join(5)
+        self.server.close_all()
+
+
+class LoopbackServers:
+    """What the contract tests may rely on: HTTP on port 80 with the replies below, FTP on port 21 (tech, secret)."""
+
+    def __init__(self, folder):
+        ten_thousand = bytes(range(250)) * 40
+        self.http = HttpServer({
+            "/hello.txt": b"hello",
+            "/data.bin": ten_thousand,
+            "/moved": Reply(status=302, headers={"Location": "/hello.txt"}),
+            "/error": Reply(b"broken", 500),
+            "/cut": Reply(ten_thousand, cut=1000),
+            "/slow": Reply(ten_thousand, chunk=1000, delay=0.1),
+            "/nolength": Reply(ten_thousand, length=None),
+        })
+        self.ftp = FtpServer(folder)
+
+    def __enter__(self):
+        self.http.__enter__()
+        self.ftp.__enter__()
+        return self
+
+    def __exit__(self, *_):
+        self.ftp.__exit__()
+        self.http.__exit__()

@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""check_program.py PROGRAM.exe...: will it load on Windows XP, is it small, and does it keep the build machine to itself?
+
+Wine cannot prove that a program loads on an old Windows: it has all functions of the new ones. So every imported name
+must stand in allowed_imports.txt, which holds only names that Windows XP has; newer ones are looked up at run time.
+"""
+import pathlib
+import re
+import subprocess
+import sys
+
+HERE = pathlib.Path(__file__).resolve().parent
+LIMIT = 2_000_000  # bytes
+NEWEST_SYSTEM = (5, 1)  # in the header: Windows XP
+
+
+def complaints(file):
+    allowed = set(re.findall(r"^[^#\s]\S*", (HERE / "allowed_imports.txt").read_text(), re.M))
+    dump = subprocess.run(["i686-w64-mingw32-objdump", "-p", file], capture_output=True, text=True, check=True).stdout
+    library = ""
+    for line in dump.splitlines():
+        if found := re.match(r"\s*DLL Name: (\S+)", line):
+            library = found[1].lower()
+        elif (found := re.match(r"\t[0-9a-f]+\t\s*(\d+)\s+(\S+)", line)) and f"{library}!{found[2]}" not in allowed:
+            yield f"imports {library}!{found[2]}, which is not in workshop/allowed_imports.txt"
+    for field in ("OSystemVersion", "SubsystemVersion"):
+        asked = tuple(int(re.search(rf"^{part}{field}\s+(\d+)", dump, re.M)[1]) for part in ("Major", "Minor"))
+        if asked > NEWEST_SYSTEM:
+            yield f"{field} asks for Windows {asked[0]}.{asked[1]}"
+    content = file.read_bytes()
+    if len(content) > LIMIT:
+        yield f"{len(content)} bytes, more than {LIMIT}"
+    if found := re.search(rb"(/home/|/usr/src/|" + re.escape(str(HERE.parent).encode()) + rb"/)[\w./-]*", content):
+        yield f"holds a path of the build machine: {found[0].decode()}"
+
+
+def main():
+    found = [f"{file}: {complaint}" for file in map(pathlib.Path, sys.argv[1:]) for complaint in complaints(file)]
+    print("\n".join(found))
+    sys.exit(bool(found))
+
+
+main()
