@@ -14,15 +14,21 @@ LIMIT = 2_000_000  # bytes
 NEWEST_SYSTEM = (5, 1)  # in the header: Windows XP
 
 
+def allowed_imports():
+    """{library.dll: {name}} from sections of names."""
+    sections = re.split(r"^\[(.+)\]\n", re.sub(r"^#.*", "", (HERE / "allowed_imports.txt").read_text(), flags=re.M), flags=re.M)
+    return {library: set(names.split()) for library, names in zip(sections[1::2], sections[2::2])}
+
+
 def complaints(file):
-    allowed = set(re.findall(r"^[^#\s]\S*", (HERE / "allowed_imports.txt").read_text(), re.M))
+    allowed = allowed_imports()
     dump = subprocess.run(["i686-w64-mingw32-objdump", "-p", file], capture_output=True, text=True, check=True).stdout
     library = ""
     for line in dump.splitlines():
         if found := re.match(r"\s*DLL Name: (\S+)", line):
             library = found[1].lower()
-        elif (found := re.match(r"\t[0-9a-f]+\t\s*(\d+)\s+(\S+)", line)) and f"{library}!{found[2]}" not in allowed:
-            yield f"imports {library}!{found[2]}, which is not in workshop/allowed_imports.txt"
+        elif (found := re.match(r"\t[0-9a-f]+\t\s*(\d+)\s+(\S+)", line)) and found[2] not in allowed.get(library, ()):
+            yield f"imports {found[2]} of {library}, which is not in workshop/allowed_imports.txt"
     for field in ("OSystemVersion", "SubsystemVersion"):
         asked = tuple(int(re.search(rf"^{part}{field}\s+(\d+)", dump, re.M)[1]) for part in ("Major", "Minor"))
         if asked > NEWEST_SYSTEM:

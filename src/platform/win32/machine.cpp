@@ -109,7 +109,8 @@ uint64_t TotalMemory() {
     return GlobalMemoryStatusEx(&status) ? status.ullTotalPhys : 0;
 }
 
-void DebugLine(const std::string& line) { OutputDebugStringW(Wide(line).c_str()); }
+// The 8-bit form, to which the system brings the wide one anyway: Wine shows only this one to a debug-output viewer.
+void DebugLine(const std::string& line) { OutputDebugStringA(ToAnsi(line).c_str()); }
 
 std::string ToAnsi(const std::string& utf8) {
     if (GetACP() == CP_UTF8) return utf8;  // takes neither flag nor default character
