@@ -29,9 +29,9 @@ list(REMOVE_ITEM WIN32_LAYER ${CMAKE_SOURCE_DIR}/${ENTRY})
 add_library(logic STATIC ${LOGIC} ${WIN32_LAYER})
 target_compile_options(logic PRIVATE ${WARNINGS})
 
-# --- companions: folder under tools/, program, what of src/ it uses, administrator rights, no window ------------------------------
+# --- companions: folder under tools/, program, administrator rights; of src/ each takes what it uses, no window ------------------------------
 function(companion folder program)
-    cmake_parse_arguments(TOOL "ADMINISTRATOR;WINDOWLESS" "" "SOURCES" ${ARGN})
+    cmake_parse_arguments(TOOL "ADMINISTRATOR;WINDOWLESS" "" "" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS tools/${folder}/*.cpp)
     if(NOT sources)
         return()
