@@ -51,6 +51,22 @@ companion(external_ip GetExternalIP WINDOWLESS)
 companion(create_srp CreateSRP ADMINISTRATOR)
 companion(safe_mode Pelmark ADMINISTRATOR)
 companion(maintenance_check BrevantaMCStub)
+
+# libcurl with SMTP and the system's own TLS alone, for the mail companion; kept with the other caches when there are any.
+if(DEFINED ENV{BREVANTA_CACHE})
+    set(CURL $ENV{BREVANTA_CACHE}/curl)
+else()
+    set(CURL ${CMAKE_BINARY_DIR}/curl)
+endif()
+add_custom_command(OUTPUT ${CURL}/lib/libcurl.a
+    COMMAND ${CMAKE_SOURCE_DIR}/workshop/make_curl ${CURL}
+    COMMENT "libcurl for the mail companion")
+add_custom_target(curl DEPENDS ${CURL}/lib/libcurl.a)
+companion(send_mail SendMail WINDOWLESS)
+add_dependencies(SendMail curl)
+target_include_directories(SendMail SYSTEM PRIVATE ${CURL}/include)
+target_compile_definitions(SendMail PRIVATE CURL_STATICLIB)
+target_link_libraries(SendMail ${CURL}/lib/libcurl.a ws2_32 crypt32 bcrypt)
 get_property(companions GLOBAL PROPERTY COMPANIONS)
 
 # --- the product -----------------------------------------------------------------------------------------------------
@@ -66,7 +82,7 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/${ENTRY})
     set(carried ${CMAKE_SOURCE_DIR}/resources/brevanta.manifest ${CMAKE_SOURCE_DIR}/resources/WinsockXP.reg
         ${made_icons} ${MADE}/zlib.dll)
     target_compile_definitions(product PRIVATE BREVANTA_HAS_ZLIB)
-    foreach(program GetExternalIP CreateSRP)
+    foreach(program GetExternalIP CreateSRP SendMail)
         if(program IN_LIST companions)
             string(TOUPPER ${program} name)
             target_compile_definitions(product PRIVATE BREVANTA_HAS_${name})

@@ -1,5 +1,6 @@
 #include "mail/mail_sender.h"
 
+#include "mail/smtp_carrier.h"
 #include "platform/files.h"
 #include "platform/machine.h"
 #include "platform/mail_object.h"
@@ -78,6 +79,18 @@ bool SendByMessageObject(const Message& message) {
     return false;
 }
 
+// What the message object cannot do, above all STARTTLS, the carried companion can.
+bool SendByCompanion(const Message& message) {
+    const MailConfig& account = MailAccount();
+    SmtpMail mail = {account.strSMTPServer, account.strSMTPPort, account.strSMTPUserName, account.strSMTPPassword,
+                     account.bSMTPAuth,     account.bUseSSL,     message.from,            OneLine(account.strToEmail),
+                     message.subject,       message.body,        message.attachments};
+    std::string error;
+    if (SendBySmtp(mail, error)) return true;
+    DebugOutput("SendEmail: SMTP: ", error);
+    return false;
+}
+
 }  // namespace
 
 MailConfig& MailAccount() {
@@ -129,5 +142,5 @@ bool SendEmail(const std::string& subject, const std::string& body, const std::s
     message.subject = OneLine(subject) + " - ";
     message.body = StampedBody(body);
     message.attachments = AttachmentPaths(attachment);
-    return SendByMessageObject(message);
+    return SendByMessageObject(message) || SendByCompanion(message);
 }

@@ -29,6 +29,9 @@ public:
 // Starts a command line. windowStyle: 0 hidden, 1 normal with focus, 2 minimised with focus.
 // The result is the new process identifier; 0 on failure, with the platform's code in LastError().
 uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle);
+// Starts a hidden program, writes input to its standard input, and returns when it has ended, with window messages
+// handled meanwhile. output takes its standard output. False when it did not start.
+bool RunWithInput(const std::string& commandLine, const std::string& input, std::string& output, uint32_t& exitCode);
 // False when there is no such process or it refuses the access bits.
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process);
 // False when the code cannot be had; stillActive while it runs.

@@ -29,7 +29,8 @@ struct SimulatedNet {
 
     bool mailObject = true;   // registered
     bool mailSends = true;
-    std::vector<std::string> smtpMails;
+    std::vector<std::string> smtpRequests;  // what the mail companion was given, NULs shown as "|"
+    bool smtpSends = true;
 
     int screenWidth = 64, screenHeight = 48;
 };

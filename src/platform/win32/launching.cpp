@@ -76,6 +76,46 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
     return 0;
 }
 
+bool RunWithInput(const std::string& commandLine, const std::string& input, std::string& output, uint32_t& exitCode) {
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    KernelHandle childInput, ourInput, childOutput, ourOutput;
+    if (!CreatePipe(childInput.Receive(), ourInput.Receive(), &inherited, 0) ||
+        !CreatePipe(ourOutput.Receive(), childOutput.Receive(), &inherited, 0))
+        return Done(FALSE);
+    // Our ends stay ours, else the child would never see the end of its input.
+    SetHandleInformation(ourInput.Get(), HANDLE_FLAG_INHERIT, 0);
+    SetHandleInformation(ourOutput.Get(), HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW | STARTF_USESTDHANDLES;
+    startup.wShowWindow = SW_HIDE;
+    startup.hStdInput = childInput.Get();
+    startup.hStdOutput = startup.hStdError = childOutput.Get();
+    std::wstring line = Wide(commandLine);
+    PROCESS_INFORMATION made = {};
+    if (!Done(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,
+                             &made)))
+        return false;
+    KernelHandle process(made.hProcess), thread(made.hThread);
+    childInput.Reset();
+    childOutput.Reset();
+    DWORD count = 0;
+    WriteFile(ourInput.Get(), input.data(), static_cast<DWORD>(input.size()), &count, nullptr);
+    ourInput.Reset();
+    for (bool ended = false; !ended;) {
+        ended = WaitForSingleObject(process.Get(), 50) != WAIT_TIMEOUT;
+        char block[1024];
+        while (PeekNamedPipe(ourOutput.Get(), nullptr, 0, nullptr, &count, nullptr) && count > 0 &&
+               ReadFile(ourOutput.Get(), block, sizeof block, &count, nullptr))
+            output.append(block, count);
+        PumpMessages();
+    }
+    DWORD code = 1;
+    GetExitCodeProcess(process.Get(), &code);
+    exitCode = code;
+    return true;
+}
+
 intptr_t ShellOpen(const std::string& file, const std::string& verb, const std::string& parameters, int showCommand) {
     ComApartment apartment;
     std::wstring wideVerb = Wide(verb), wideParameters = Wide(parameters);

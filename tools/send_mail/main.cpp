@@ -1,0 +1,136 @@
+// SendMail.exe: hands one message to an SMTP server over STARTTLS, implicit TLS or, where the account says so, in clear.
+// A program of its own, because the TLS of today's mail servers needs calls that the oldest systems lack, and there the
+// panel must start all the same.
+//
+// The request comes on standard input as pairs of name and value, each closed by a NUL. On failure the reason goes to
+// standard output and the exit code is not 0.
+#include <windows.h>
+// behind windows.h
+#include <curl/curl.h>
+#include <fcntl.h>
+#include <io.h>
+#include <stdio.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mime_text.h"
+#include "platform/win32/wide.h"
+
+namespace {
+
+constexpr long waitSeconds = 60;  // bound of every single wait
+
+struct Request {
+    std::string server, port, user, password, from, subject, text;
+    std::vector<std::string> to, attachments;
+    bool authenticate = false, useTls = false;
+};
+
+Request ReadRequest() {
+    _setmode(_fileno(stdin), _O_BINARY);
+    std::string input;
+    char block[4096];
+    for (size_t count; (count = fread(block, 1, sizeof block, stdin)) > 0;) input.append(block, count);
+    Request request;
+    const std::pair<const char*, std::string*> texts[] = {
+        {"server", &request.server}, {"port", &request.port}, {"user", &request.user},
+        {"password", &request.password}, {"from", &request.from}, {"subject", &request.subject}, {"text", &request.text}};
+    for (size_t at = 0; at < input.size();) {
+        std::string name = input.c_str() + at;
+        at += name.size() + 1;
+        std::string value = at < input.size() ? input.c_str() + at : "";
+        at += value.size() + 1;
+        for (const auto& [key, text] : texts)
+            if (name == key) *text = value;
+        if (name == "to") request.to.push_back(value);
+        if (name == "attach") request.attachments.push_back(value);
+        if (name == "authenticate") request.authenticate = value == "1";
+        if (name == "tls") request.useTls = value == "1";
+    }
+    return request;
+}
+
+struct CloseFile {
+    void operator()(FILE* file) const { fclose(file); }
+};
+using OpenFile = std::unique_ptr<FILE, CloseFile>;
+
+size_t ReadAttachment(char* buffer, size_t size, size_t count, void* file) {
+    return fread(buffer, size, count, static_cast<FILE*>(file));
+}
+
+int SeekAttachment(void* file, curl_off_t offset, int origin) {
+    return fseek(static_cast<FILE*>(file), static_cast<long>(offset), origin) ? CURL_SEEKFUNC_CANTSEEK
+                                                                              : CURL_SEEKFUNC_OK;
+}
+
+// False when the file cannot be read: half a message is not sent.
+bool Attach(curl_mime* mime, const std::string& path, std::vector<OpenFile>& files) {
+    OpenFile file(_wfopen(pc::Wide(path).c_str(), L"rb"));
+    if (!file || fseek(file.get(), 0, SEEK_END)) return false;
+    long size = ftell(file.get());
+    rewind(file.get());
+    curl_mimepart* part = curl_mime_addpart(mime);
+    curl_mime_data_cb(part, size, ReadAttachment, SeekAttachment, nullptr, file.get());
+    curl_mime_filename(part, EncodedHeader(path.substr(path.find_last_of("\\/") + 1)).c_str());
+    curl_mime_type(part, "application/octet-stream");
+    curl_mime_encoder(part, "base64");
+    files.push_back(std::move(file));
+    return true;
+}
+
+void SetOptions(CURL* curl, const Request& request) {
+    // Port 465 speaks TLS from the first byte; on any other port it begins with STARTTLS.
+    bool implicitTls = request.useTls && request.port == "465";
+    curl_easy_setopt(curl, CURLOPT_URL,
+                     ((implicitTls ? "smtps://" : "smtp://") + request.server + ":" + request.port).c_str());
+    curl_easy_setopt(curl, CURLOPT_USE_SSL, request.useTls ? long{CURLUSESSL_ALL} : long{CURLUSESSL_NONE});
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, waitSeconds);
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, waitSeconds);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, waitSeconds);
+    curl_easy_setopt(curl, CURLOPT_MAIL_FROM, AddressOf(request.from).c_str());
+    if (!request.authenticate) return;
+    curl_easy_setopt(curl, CURLOPT_USERNAME, request.user.c_str());
+    curl_easy_setopt(curl, CURLOPT_PASSWORD, request.password.c_str());
+}
+
+std::string Send(const Request& request) {
+    std::unique_ptr<CURL, void (*)(CURL*)> curl(curl_easy_init(), curl_easy_cleanup);
+    std::vector<OpenFile> files;
+    std::unique_ptr<curl_mime, void (*)(curl_mime*)> mime(curl_mime_init(curl.get()), curl_mime_free);
+    curl_mimepart* body = curl_mime_addpart(mime.get());
+    curl_mime_data(body, request.text.data(), request.text.size());
+    curl_mime_type(body, "text/plain; charset=UTF-8");
+    curl_mime_encoder(body, "quoted-printable");
+    for (const std::string& path : request.attachments)
+        if (!Attach(mime.get(), path, files)) return "can't read " + path;
+
+    curl_slist *headers = nullptr, *receivers = nullptr;
+    for (const std::string& header : MessageHeaders(request.from, request.to, request.subject))
+        headers = curl_slist_append(headers, header.c_str());
+    for (const std::string& receiver : request.to)
+        receivers = curl_slist_append(receivers, AddressOf(receiver).c_str());
+    SetOptions(curl.get(), request);
+    curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers);
+    curl_easy_setopt(curl.get(), CURLOPT_MAIL_RCPT, receivers);
+    curl_easy_setopt(curl.get(), CURLOPT_MIMEPOST, mime.get());
+    char reason[CURL_ERROR_SIZE] = "";
+    curl_easy_setopt(curl.get(), CURLOPT_ERRORBUFFER, reason);
+    CURLcode code = curl_easy_perform(curl.get());
+    curl_slist_free_all(headers);
+    curl_slist_free_all(receivers);
+    return code == CURLE_OK ? "" : *reason ? reason : curl_easy_strerror(code);
+}
+
+}  // namespace
+
+int main() {
+    curl_global_init(CURL_GLOBAL_ALL);
+    std::string failure = Send(ReadRequest());
+    if (failure.empty()) return 0;
+    fputs(failure.c_str(), stdout);
+    return 1;
+}
