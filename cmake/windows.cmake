@@ -86,8 +86,10 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/${ENTRY})
         if(program IN_LIST companions)
             string(TOUPPER ${program} name)
             target_compile_definitions(product PRIVATE BREVANTA_HAS_${name})
-            add_dependencies(product ${program})
-            list(APPEND carried ${OUT}/${program}.exe)
+            add_custom_command(OUTPUT ${MADE}/${program}.deflated
+                COMMAND ${CMAKE_SOURCE_DIR}/workshop/deflate ${OUT}/${program}.exe ${MADE}/${program}.deflated
+                DEPENDS ${program} ${CMAKE_SOURCE_DIR}/workshop/deflate)
+            list(APPEND carried ${MADE}/${program}.deflated)
         endif()
     endforeach()
     if(EXISTS ${CMAKE_SOURCE_DIR}/resources/ccrpprg6.ocx)

@@ -4,8 +4,10 @@
 //
 // The request comes on standard input as pairs of name and value, each closed by a NUL. On failure the reason goes to
 // standard output and the exit code is not 0.
+#include <winsock2.h>
+// ahead of windows.h
 #include <windows.h>
-// behind windows.h
+// behind both
 #include <curl/curl.h>
 #include <fcntl.h>
 #include <io.h>
@@ -86,6 +88,7 @@ void SetOptions(CURL* curl, const Request& request) {
     bool implicitTls = request.useTls && request.port == "465";
     curl_easy_setopt(curl, CURLOPT_URL,
                      ((implicitTls ? "smtps://" : "smtp://") + request.server + ":" + request.port).c_str());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "smtp,smtps");
     curl_easy_setopt(curl, CURLOPT_USE_SSL, request.useTls ? long{CURLUSESSL_ALL} : long{CURLUSESSL_NONE});
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, waitSeconds);
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, waitSeconds);
