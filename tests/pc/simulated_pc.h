@@ -5,10 +5,12 @@
 //
 // Lines of the journal:
 //   run <command line>               run hidden <command line>      run <command line> -> error 2
-//   open <document>                  open (runas) <file> <parameters>                  kill <process name>
+//   open <document>                  open (runas) <file> <parameters>                  properties <path>
+//   kill <process name>
 //   set HKLM\Key\Name = text         = dword 2   = expand text   = multi one|two   = binary 01 0A
 //   make key HKLM\Key                delete value HKLM\Key\Name     delete key HKLM\Key     security HKLM\Key
-//   write C:\File (12 bytes)         delete C:\File                 remove folder C:\Dir    make folder C:\Dir
+//   write C:\File (12 bytes)         append C:\File (3 bytes)       (both when the file is closed)
+//   delete C:\File                   remove folder C:\Dir           make folder C:\Dir
 //   move C:\A -> C:\B                copy C:\A -> C:\B              attributes C:\A = 32    times C:\A
 //   owner C:\A = account             shell copy C:\A\*.* -> C:\B    ini C:\X.ini [Section] Key=Value
 //   show "text" (style) -> answer    show "text" titled "title" (36) -> 6
@@ -53,8 +55,9 @@ enum class Windows {
 struct Behaviour {
     uint32_t exitCode = 0;
     uint32_t runs = 100;  // milliseconds; 0: gone before anybody can look; forever: until it is killed
-    std::function<void(SimulatedPc&)> effect;  // at its end; none when it is killed
-    uint32_t startError = 0;                   // when not 0 it does not start: 740, 1260 ...
+    std::function<void(SimulatedPc&)> effect = {};  // at its end; none when it is killed
+    uint32_t startError = 0;   // when not 0 it does not start (740, 1260 ...), or the shell cannot open it (31 ...)
+    bool isProtected = false;  // cannot be opened by others
 
     static constexpr uint32_t forever = UINT32_MAX;
 };
@@ -219,7 +222,7 @@ public:
     // Runs ahead of the n-th such call from now: another program interferes.
     void AtCall(int n, std::function<void()> action) { interference[calls + n] = std::move(action); }
     bool otherInstanceRuns = false;                    // HoldSingleInstance finds another one
-    std::vector<std::string> refusedPrivileges;        // "SeDebugPrivilege"
+    std::vector<std::string> refusedPrivileges;        // "SeDebugPrivilege": adjusting it fails with 5
     std::vector<std::string> heldPrivileges;           // switched on
 
     // State of one simulated subject for the life of the PC (for simulated_*.cpp).
@@ -246,18 +249,27 @@ public:
     std::vector<int> answers;
     std::function<int(const std::string&)> answerer;
     std::vector<std::string> picks;
-    std::map<std::string, std::string> environment;  // names in lower case
-    std::map<std::string, std::string> accounts;     // lower-case name to SID text
-    std::map<std::string, std::string> resources;    // upper-case "TYPE\NAME"
+    std::map<std::string, std::string> environment;  // by folded name
+    std::map<std::string, std::pair<std::string, std::string>> accounts;  // folded name to name and SID text
+    std::map<std::string, std::string> resources;    // folded "TYPE\NAME"
+    std::map<std::string, std::string> passwords;    // that were set
+    std::map<int, std::string> specialFolders;       // by CSIDL number
     uint64_t bytesLeft = UINT64_MAX;
-    uint64_t clockBase = 0;  // file time (local) at tick 0
+    uint64_t elapsed = 0;    // virtual milliseconds since the PC was made
+    uint64_t clockBase = 0;  // local file time at elapsed 0
     bool ordinaryUser = false;
+    std::function<void()> onPump;  // the headless host's timers
 
 private:
     int failAt = -1, stopAt = -1;
+    uint64_t looks = 0;  // at the clock and the queue, against endless loops
     std::map<int, std::function<void()>> interference;
     std::map<std::type_index, std::shared_ptr<void>> parts;
 };
+
+// Called when a test has the PC or its user do what could not be. The fixture makes it fail the test; without a
+// fixture it throws std::logic_error.
+extern void (*complain)(const std::string& text);
 
 // SID text "S-1-5-32-544" to bytes and back; "" when it is none.
 std::string SidBytes(const std::string& text);

@@ -1,0 +1,168 @@
+// The PC itself: what happened, what time it is, what shall go wrong.
+#include "pc/simulated_pc.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "pc/names.h"
+#include "pc/simulated_disk.h"
+#include "pc/simulated_hives.h"
+#include "pc/simulated_programs.h"
+
+namespace {
+
+std::unique_ptr<SimulatedPc>& Current() {
+    static std::unique_ptr<SimulatedPc> current;
+    return current;
+}
+SimulatedPc* beingMade = nullptr;  // the constructor prepares itself through Pc()
+
+}  // namespace
+
+void (*complain)(const std::string& text) = [](const std::string& text) { throw std::logic_error(text); };
+
+SimulatedPc& Pc() {
+    if (beingMade) return *beingMade;
+    if (!Current()) Current() = std::make_unique<SimulatedPc>();
+    return *Current();
+}
+
+SimulatedPc::SimulatedPc(Windows windows) {
+    beingMade = this;
+    SetClock(2026, 3, 14, 9, 30);
+    InstallWindows(*this, windows);
+    beingMade = nullptr;
+}
+
+SimulatedPc::~SimulatedPc() = default;
+
+SimulatedPc& SimulatedPc::UseWindows(Windows windows) {
+    Current() = std::make_unique<SimulatedPc>(windows);
+    return *Current();
+}
+
+void SimulatedPc::RestartProgram() {
+    for (auto& [handle, file] : Of<Disk>().open)
+        if (file.node) --(file.writes ? file.node->writers : file.node->readers);
+    Of<Disk>().open.clear();
+    Of<Hives>().open.clear();
+    Of<Programs>().handles.clear();
+    Of<Programs>().atPump.clear();
+    Of<Programs>().later.clear();
+    for (auto* list : {&journal, &trace, &shownForms, &contacted, &heldPrivileges}) list->clear();
+    interference.clear();
+    failAt = stopAt = -1;
+    plugIsOut = redirectionOff = false;
+    onPump = nullptr;
+}
+
+std::vector<std::string> SimulatedPc::Journal(std::string_view head) const {
+    std::vector<std::string> lines;
+    for (const std::string& line : journal)
+        if (line.starts_with(head)) lines.push_back(line);
+    return lines;
+}
+
+bool SimulatedPc::Traced(std::string_view text) const {
+    return std::any_of(trace.begin(), trace.end(),
+                       [&](const std::string& line) { return line.find(text) != std::string::npos; });
+}
+
+bool SimulatedPc::Fails(uint32_t code) {
+    ++calls;
+    if (auto found = interference.find(calls); found != interference.end()) {
+        auto action = std::move(found->second);
+        interference.erase(found);
+        action();
+    }
+    CheckPatience();
+    if (plugIsOut) return !Refuse(code);
+    return calls == failAt && !Refuse(code);
+}
+
+bool SimulatedPc::ChangeFails(uint32_t code) {
+    if (Fails(code)) return true;
+    if (++changes != stopAt) return false;
+    // From here on nothing changes any more, also not in what is cleaned up on the way out.
+    plugIsOut = true;
+    throw PlugPulled{};
+}
+
+void SimulatedPc::CheckPatience() {
+    if (elapsed > patience || ++looks > 20'000'000) throw WaitsForever{};
+}
+
+// --- time --------------------------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr uint64_t perMillisecond = 10'000, perDay = 864'000'000'000;
+
+// Days from 1601-01-01 to the date, by the civil calendar.
+int64_t DaysTo(int year, int month, int day) {
+    int64_t y = month <= 2 ? year - 1 : year;
+    int64_t era = y / 400, yearOfEra = y - era * 400;
+    int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 584694;
+}
+
+pc::ClockTime ClockOf(uint64_t local) {
+    pc::ClockTime time;
+    int64_t days = static_cast<int64_t>(local / perDay), z = days + 584694;
+    int64_t era = z / 146097, dayOfEra = z - era * 146097;
+    int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100), shifted = (5 * dayOfYear + 2) / 153;
+    time.day = static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1);
+    time.month = static_cast<int>(shifted < 10 ? shifted + 3 : shifted - 9);
+    time.year = static_cast<int>(yearOfEra + era * 400 + (time.month <= 2));
+    time.dayOfWeek = static_cast<int>((days + 1) % 7);  // 1601-01-01 was a Monday
+    uint64_t rest = local % perDay / perMillisecond;
+    time.millisecond = static_cast<int>(rest % 1000);
+    time.second = static_cast<int>(rest / 1000 % 60);
+    time.minute = static_cast<int>(rest / 60'000 % 60);
+    time.hour = static_cast<int>(rest / 3'600'000);
+    return time;
+}
+
+uint64_t ZoneSteps() { return static_cast<uint64_t>(static_cast<int64_t>(Pc().zoneMinutes) * 60'000 * 10'000); }
+
+std::string Two(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+}  // namespace
+
+pc::FileTime FileTimeOf(int year, int month, int day, int hour, int minute, int second) {
+    return static_cast<uint64_t>(DaysTo(year, month, day)) * perDay +
+           static_cast<uint64_t>(hour * 3600 + minute * 60 + second) * 1000 * perMillisecond;
+}
+
+void SimulatedPc::SetClock(int year, int month, int day, int hour, int minute, int second) {
+    clockBase = FileTimeOf(year, month, day, hour, minute, second) - elapsed * perMillisecond;
+}
+
+pc::FileTime SimulatedPc::Now() const { return clockBase + elapsed * perMillisecond - ZoneSteps(); }
+
+namespace pc {
+
+ClockTime LocalNow() { return ClockOf(Pc().Now() + ZoneSteps()); }
+
+ClockTime LocalFromFileTime(uint64_t fileTime) {
+    if (fileTime >> 63) return {};
+    return ClockOf(fileTime + ZoneSteps());
+}
+
+std::string ShortDateText(const ClockTime& time) {
+    std::string month = std::to_string(time.month), day = std::to_string(time.day), year = std::to_string(time.year);
+    if (Pc().dateOrder == 1) return Two(time.day) + "/" + Two(time.month) + "/" + year;
+    if (Pc().dateOrder == 2) return year + "-" + Two(time.month) + "-" + Two(time.day);
+    return month + "/" + day + "/" + year;
+}
+
+std::string LongTimeText(const ClockTime& time) {
+    std::string tail = ":" + Two(time.minute) + ":" + Two(time.second);
+    if (Pc().dateOrder != 0) return Two(time.hour) + tail;
+    return std::to_string(time.hour % 12 ? time.hour % 12 : 12) + tail + (time.hour < 12 ? " AM" : " PM");
+}
+
+int ShortDateOrder() { return Pc().dateOrder; }
+
+}  // namespace pc
