@@ -185,3 +185,8 @@ void UnloadAllFormsBut(Form* keep) {
     for (Form* form : LoadedForms())
         if (form != keep && IsLoaded(form)) UnloadForm(*form);
 }
+
+void ForgetForms() {
+    loaded.clear();
+    unloaded.clear();
+}

@@ -304,6 +304,8 @@ bool IsFormLoaded(std::string_view name);
 // All loaded forms, oldest first.
 std::vector<Form*> LoadedForms();
 void UnloadAllFormsBut(Form* keep);
+// Drops all forms without asking or telling anybody. For hosts whose program ended in the midst of a handler.
+void ForgetForms();
 
 // Marks a handler on the stack, so that unloaded forms are freed only outside all handlers. For hosts.
 class HandlerScope {

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "controls/form.h"
 
@@ -28,3 +29,5 @@ bool IsShown(const std::string& form, const std::string& control);
 // times. A form still there at its end, and a modal form without a script that does not go by itself, is closed and
 // the test fails.
 void OnModal(const std::string& form, std::function<void(Form&)> script);
+// Forms whose script was never used.
+std::vector<std::string> UnusedScripts();

@@ -1,4 +1,5 @@
-// The fixture of the native tests: a fresh PC, fresh program state and no loaded forms for each test.
+// The fixture of the native tests: a fresh PC (Windows 7, 64 bits), fresh program state and no loaded forms for each test.
+// What the test has promised (answers, scripts of modal forms) must have been asked for at its end.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,6 +23,3 @@ testing::AssertionResult SameLines(const std::vector<std::string>& actual, const
 #define EXPECT_JOURNAL(...) EXPECT_TRUE(SameLines(Pc().journal, __VA_ARGS__))
 // EXPECT_LINES(Pc().Journal("run"), {"run cmd /c x"}).
 #define EXPECT_LINES(actual, ...) EXPECT_TRUE(SameLines(actual, __VA_ARGS__))
-
-// Forgets all forms without asking or telling them.
-void DropForms();

@@ -2,6 +2,7 @@
 #include "platform/processes.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "pc/names.h"
 #include "pc/simulated_programs.h"
@@ -96,7 +97,10 @@ void PassTime(uint64_t milliseconds) {
 Behaviour BehaviourOf(const std::string& line) {
     const auto& rules = ThePrograms().rules;
     auto rule = std::find_if(rules.rbegin(), rules.rend(), [&](const auto& entry) { return HoldsName(line, entry.first); });
-    return rule == rules.rend() ? Behaviour{} : rule->second;
+    if (rule != rules.rend()) return rule->second;
+    // The one thing that every command interpreter can be asked for.
+    size_t exit = Fold(line).find("/C EXIT ");
+    return {.exitCode = exit == std::string::npos ? 0 : static_cast<uint32_t>(std::atoi(line.c_str() + exit + 8))};
 }
 
 Place FindProgram(const std::string& name) {
