@@ -13,8 +13,10 @@ void RemoveTree(const std::string& folder) {
     for (const pc::FileInfo& info : entries) {
         std::string path = folder + "\\" + info.name;
         pc::ChangeAttributes(path, pc::attributeNormal);
-        if (info.IsFolder()) RemoveTree(path);
-        else pc::RemoveFile(path);
+        if (info.IsFolder())
+            RemoveTree(path);
+        else
+            pc::RemoveFile(path);
     }
     pc::RemoveFolder(folder);
 }

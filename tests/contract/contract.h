@@ -35,8 +35,8 @@ protected:
 };
 
 // A call that must fail with a code.
-#define EXPECT_CODE(code, call)                    \
-    do {                                           \
-        EXPECT_FALSE(call);                        \
+#define EXPECT_CODE(code, call)                     \
+    do {                                            \
+        EXPECT_FALSE(call);                         \
         EXPECT_EQ(uint32_t{code}, pc::LastError()); \
     } while (false)

@@ -14,7 +14,8 @@ bool IsFolder(const std::string& path) {
 TEST_F(MachineContract, EnvironmentAndFolders) {
     EXPECT_EQ("", pc::Environment("brevanta_no_such_variable"));
     EXPECT_EQ(pc::Environment("WINDIR"), pc::Environment("windir"));
-    for (const char* name : {"systemroot", "systemdrive", "userprofile", "username", "computername", "programfiles", "temp"})
+    for (const char* name :
+         {"systemroot", "systemdrive", "userprofile", "username", "computername", "programfiles", "temp"})
         EXPECT_NE("", pc::Environment(name)) << name;
     EXPECT_EQ(place.hasTwoViews, !pc::Environment("programfiles(x86)").empty());
     for (const std::string& path : {pc::WindowsFolder(), pc::SystemFolder()}) EXPECT_TRUE(IsFolder(path)) << path;
@@ -85,12 +86,14 @@ TEST_F(MachineContract, ManagementQueries) {
                  row[2].kind == pc::WmiValue::Kind::number;
         return true;
     };
-    EXPECT_EQ(WmiStatus::done, pc::WmiQuery("root\\cimv2", "select * from Win32_Process", properties, 20'000, count, error));
+    EXPECT_EQ(WmiStatus::done,
+              pc::WmiQuery("root\\cimv2", "select * from Win32_Process", properties, 20'000, count, error));
     EXPECT_GT(rows, 1);
     EXPECT_EQ(rows, named);
     rows = 0;
     auto stop = [&](const pc::WmiRow&) { return ++rows < 2; };
-    EXPECT_EQ(WmiStatus::stopped, pc::WmiQuery("root\\cimv2", "Select * from win32_process", properties, 20'000, stop, error));
+    EXPECT_EQ(WmiStatus::stopped,
+              pc::WmiQuery("root\\cimv2", "Select * from win32_process", properties, 20'000, stop, error));
     EXPECT_EQ(2, rows);
     std::string own = "select * from Win32_Process where ProcessId = " + std::to_string(pc::OwnProcessId());
     rows = 0;

@@ -111,9 +111,8 @@ TEST_F(RegistryContract, AHandleOfADeletedKeySaysSo) {
 
 TEST_F(RegistryContract, AnAccessListForbidsAndLetsItselfBeChanged) {
     // Self-relative descriptor: one entry that lets everyone read the key and change its list.
-    std::string readOnly =
-        "\x01\0\x04\x80"s + std::string(12, '\0') + "\x14\0\0\0"s +
-        "\x02\0\x1C\0\x01\0\0\0"s + "\0\0\x14\0"s + "\x19\0\x06\0"s + "\x01\x01\0\0\0\0\0\x01\0\0\0\0"s;
+    std::string readOnly = "\x01\0\x04\x80"s + std::string(12, '\0') + "\x14\0\0\0"s + "\x02\0\x1C\0\x01\0\0\0"s +
+                           "\0\0\x14\0"s + "\x19\0\x06\0"s + "\x01\x01\0\0\0\0\0\x01\0\0\0\0"s;
     pc::Key opened;
     ASSERT_EQ(0, pc::CreateKey(pc::currentUser, key, pc::keyAllAccess, opened));
     std::string before;
@@ -140,7 +139,8 @@ TEST_F(RegistryContract, ThePartOfTheMachineHasTwoViews) {
     int32_t otherView = pc::OpenKey(pc::localMachine, path, readAccess | pc::keyWow64_64, wide);
     EXPECT_EQ(place.hasTwoViews ? 2 : 0, otherView);
     if (place.hasTwoViews) {
-        EXPECT_EQ(0, pc::OpenKey(pc::localMachine, "Software\\Wow6432Node\\BrevantaContract", readAccess | pc::keyWow64_64, found));
+        EXPECT_EQ(0, pc::OpenKey(pc::localMachine, "Software\\Wow6432Node\\BrevantaContract",
+                                 readAccess | pc::keyWow64_64, found));
         EXPECT_EQ(0, pc::OpenKey(pc::localMachine, "Software\\Wow6432Node\\BrevantaContract", readAccess, found));
         ASSERT_EQ(0, pc::CreateKey(pc::localMachine, path, pc::keyAllAccess | pc::keyWow64_64, wide));
         uint32_t type = 0;

@@ -18,8 +18,8 @@ struct Scripts {
 };
 
 struct HostState {
-    std::map<Control*, uint64_t> timers;  // when they tick next, in elapsed milliseconds
-    std::vector<Form*> modal;             // innermost last
+    std::map<Control*, uint64_t> timers;     // when they tick next, in elapsed milliseconds
+    std::vector<Form*> modal;                // innermost last
     std::map<std::string, Scripts> scripts;  // by folded form name
 };
 HostState& TheHost() { return Pc().Of<HostState>(); }
@@ -124,7 +124,8 @@ void RunModal(Form& form) {
     for (uint64_t start = Pc().elapsed; IsStillShown(form) && SomethingPends() && Pc().elapsed - start < longest;)
         Pc().Pass(10);
     if (!IsStillShown(form)) return;
-    complain("modal form " + form.Name() + (script ? " is still there at the end of its script" : " came up without a script"));
+    complain("modal form " + form.Name() +
+             (script ? " is still there at the end of its script" : " came up without a script"));
     if (!UnloadForm(form, true)) {
         form.onQueryUnload = nullptr;
         UnloadForm(form, true);
@@ -155,8 +156,10 @@ void Click(const std::string& form, const std::string& control) {
 
 void Type(const std::string& form, const std::string& control, const std::string& text) {
     Control* found = Usable(form, control, "type into");
-    if (found && (found->Flags() & readOnly)) complain("type into " + form + "." + control + ": it is read-only");
-    else if (found) found->UserTyped(text);
+    if (found && (found->Flags() & readOnly))
+        complain("type into " + form + "." + control + ": it is read-only");
+    else if (found)
+        found->UserTyped(text);
 }
 
 void Choose(const std::string& form, const std::string& control, int index) {
@@ -164,23 +167,30 @@ void Choose(const std::string& form, const std::string& control, int index) {
     size_t count = !found ? 0 : found->GetKind() == Kind::listView ? found->Rows().size() : found->Items().size();
     if (found && (index < 0 || static_cast<size_t>(index) >= count))
         complain("choose in " + form + "." + control + ": no entry " + std::to_string(index));
-    else if (found) found->UserSelected(index);
+    else if (found)
+        found->UserSelected(index);
 }
 
 void CheckRow(const std::string& form, const std::string& control, size_t row, bool checked) {
     Control* found = Usable(form, control, "check in");
-    if (found && row >= found->Rows().size()) complain("check in " + form + "." + control + ": no row " + std::to_string(row));
-    else if (found) found->UserCheckedRow(row, checked);
+    if (found && row >= found->Rows().size())
+        complain("check in " + form + "." + control + ": no row " + std::to_string(row));
+    else if (found)
+        found->UserCheckedRow(row, checked);
 }
 
 void ClickItem(const std::string& form, const std::string& sideBar, int group, int item) {
     Control* found = Usable(form, sideBar, "click in");
     if (!found) return;
     const auto& groups = found->Groups();
-    bool there = group > 0 && static_cast<size_t>(group) <= groups.size() && groups[static_cast<size_t>(group) - 1].expanded &&
-                 item > 0 && static_cast<size_t>(item) <= groups[static_cast<size_t>(group) - 1].items.size();
-    if (there) found->UserClickedItem(group, item);
-    else complain("click in " + form + "." + sideBar + ": no visible item " + std::to_string(item) + " of group " + std::to_string(group));
+    bool there = group > 0 && static_cast<size_t>(group) <= groups.size() &&
+                 groups[static_cast<size_t>(group) - 1].expanded && item > 0 &&
+                 static_cast<size_t>(item) <= groups[static_cast<size_t>(group) - 1].items.size();
+    if (there)
+        found->UserClickedItem(group, item);
+    else
+        complain("click in " + form + "." + sideBar + ": no visible item " + std::to_string(item) + " of group " +
+                 std::to_string(group));
 }
 
 void PressEnter(const std::string& form) { PressButton(form, defaultButton, "Enter"); }

@@ -16,8 +16,8 @@ void Type(const std::string& form, const std::string& control, const std::string
 void Choose(const std::string& form, const std::string& control, int index);  // of a combo or list
 void CheckRow(const std::string& form, const std::string& control, size_t row, bool checked);
 void ClickItem(const std::string& form, const std::string& sideBar, int group, int item);  // both from 1
-void PressEnter(const std::string& form);   // the default button
-void PressEscape(const std::string& form);  // the cancel button
+void PressEnter(const std::string& form);                                                  // the default button
+void PressEscape(const std::string& form);                                                 // the cancel button
 // By the close box; false when the form refused.
 bool CloseByUser(const std::string& form);
 // Text of a control whether shown or not.

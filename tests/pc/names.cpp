@@ -25,8 +25,10 @@ bool EndsInName(std::string_view text, std::string_view tail) { return Fold(text
 std::vector<std::string> Pieces(std::string_view text, char separator) {
     std::vector<std::string> pieces(1);
     for (char character : text) {
-        if (character == separator) pieces.emplace_back();
-        else pieces.back() += character;
+        if (character == separator)
+            pieces.emplace_back();
+        else
+            pieces.back() += character;
     }
     return pieces;
 }
@@ -68,7 +70,8 @@ bool MatchesFolded(std::string_view name, std::string_view pattern) {
     }
     if (name.empty() || (pattern[0] != '?' && pattern[0] != name[0])) return false;
     size_t length = 1;
-    while (pattern[0] == '?' && length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80) ++length;
+    while (pattern[0] == '?' && length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80)
+        ++length;
     return MatchesFolded(name.substr(length), pattern.substr(1));
 }
 

@@ -9,7 +9,9 @@
 // Upper case of ASCII, Latin-1, Greek and Cyrillic letters in UTF-8.
 std::string Fold(std::string_view text);
 inline bool SameName(std::string_view left, std::string_view right) { return Fold(left) == Fold(right); }
-inline bool HoldsName(std::string_view text, std::string_view part) { return Fold(text).find(Fold(part)) != std::string::npos; }
+inline bool HoldsName(std::string_view text, std::string_view part) {
+    return Fold(text).find(Fold(part)) != std::string::npos;
+}
 bool EndsInName(std::string_view text, std::string_view tail);
 std::vector<std::string> Pieces(std::string_view text, char separator);
 std::string Joined(const std::vector<std::string>& pieces, const std::string& separator);

@@ -31,7 +31,8 @@ testing::AssertionResult SameLines(const std::vector<std::string>& actual, const
     std::vector<std::vector<size_t>> common(actual.size() + 1, std::vector<size_t>(expected.size() + 1));
     for (size_t i = actual.size(); i-- > 0;)
         for (size_t k = expected.size(); k-- > 0;)
-            common[i][k] = actual[i] == expected[k] ? common[i + 1][k + 1] + 1 : std::max(common[i + 1][k], common[i][k + 1]);
+            common[i][k] =
+                actual[i] == expected[k] ? common[i + 1][k + 1] + 1 : std::max(common[i + 1][k], common[i][k + 1]);
     size_t i = 0, k = 0;
     while (i < actual.size() || k < expected.size()) {
         if (i < actual.size() && k < expected.size() && actual[i] == expected[k]) {

@@ -1,5 +1,5 @@
-// The fixture of the native tests: a fresh PC (Windows 7, 64 bits), fresh program state and no loaded forms for each test.
-// What the test has promised (answers, scripts of modal forms) must have been asked for at its end.
+// The fixture of the native tests: a fresh PC (Windows 7, 64 bits), fresh program state and no loaded forms for each
+// test. What the test has promised (answers, scripts of modal forms) must have been asked for at its end.
 #pragma once
 
 #include <gtest/gtest.h>

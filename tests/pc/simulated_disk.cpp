@@ -23,7 +23,8 @@ struct Parsed {
 bool IsDevice(std::string name) {
     name = Fold(name.substr(0, name.find_first_of(".:")));
     while (name.ends_with(' ')) name.pop_back();
-    if (name.size() == 4 && (name.starts_with("COM") || name.starts_with("LPT"))) return name[3] >= '1' && name[3] <= '9';
+    if (name.size() == 4 && (name.starts_with("COM") || name.starts_with("LPT")))
+        return name[3] >= '1' && name[3] <= '9';
     return name == "CON" || name == "PRN" || name == "AUX" || name == "NUL";
 }
 
@@ -105,8 +106,10 @@ Place Walk(const std::string& root, std::vector<std::string> parts, bool follow,
     place.root = root;
     place.path = PathOf(root, parts);
     auto drive = TheDisk().drives.find(Fold(root));
-    if (drive == TheDisk().drives.end()) place.error = root.starts_with("\\\\") ? 53 : 3;
-    else if (!drive->second.ready) place.error = 21;
+    if (drive == TheDisk().drives.end())
+        place.error = root.starts_with("\\\\") ? 53 : 3;
+    else if (!drive->second.ready)
+        place.error = 21;
     if (place.error) return place;
     Node node = drive->second.root;
     for (size_t i = 0; i < parts.size(); ++i) {

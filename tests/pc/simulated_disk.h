@@ -13,14 +13,14 @@ struct FileNode {
     uint32_t attributes = 0;
     std::string bytes;
     pc::FileTime created = 0, accessed = 0, modified = 0;
-    std::string linkTarget;   // of a junction or symbolic link
-    std::string owner;        // SID bytes
-    std::string version;      // of the version resource
-    bool locked = false;      // held by another process for itself alone
+    std::string linkTarget;  // of a junction or symbolic link
+    std::string owner;       // SID bytes
+    std::string version;     // of the version resource
+    bool locked = false;     // held by another process for itself alone
     bool denied = false;
-    int readers = 0, writers = 0;  // open files of the program under test
-    int images = 0;                // running processes made from it
-    uint64_t order = 0;            // of making
+    int readers = 0, writers = 0;                               // open files of the program under test
+    int images = 0;                                             // running processes made from it
+    uint64_t order = 0;                                         // of making
     std::map<std::string, std::shared_ptr<FileNode>> children;  // by folded name
 
     bool IsFolder() const { return (attributes & pc::attributeFolder) != 0; }
@@ -45,9 +45,9 @@ struct OpenFile {
 
 // What a path leads to.
 struct Place {
-    uint32_t error = 0;   // 2 or 3 when there is no node, or why the path cannot be used at all
-    Node node, parent;    // parent is null for a root
-    std::string path;     // full, after redirection
+    uint32_t error = 0;  // 2 or 3 when there is no node, or why the path cannot be used at all
+    Node node, parent;   // parent is null for a root
+    std::string path;    // full, after redirection
     std::string root, name;
     bool closed = false;  // written with a backslash at its end
     bool device = false;  // reserved name

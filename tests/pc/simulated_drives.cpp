@@ -35,7 +35,8 @@ struct ShellTask {
         std::string extension = ExtensionOf(path), stem = path;
         if (!extension.empty()) stem = path.substr(0, path.size() - extension.size() - 1);
         std::string tail = path.substr(stem.size()), copy = stem + " - Copy" + tail;
-        for (int i = 2; Resolve(copy).node; ++i) copy = stem + " - Copy (" + Decimal(static_cast<uint64_t>(i)) + ")" + tail;
+        for (int i = 2; Resolve(copy).node; ++i)
+            copy = stem + " - Copy (" + Decimal(static_cast<uint64_t>(i)) + ")" + tail;
         return copy;
     }
 
@@ -146,8 +147,8 @@ std::string FileVersion(const std::string& path) {
 }
 
 std::string FileTypeName(const std::string& path) {
-    static const std::map<std::string, std::string> known = {{"TXT", "Text Document"}, {"EXE", "Application"},
-                                                             {"BAT", "Windows Batch File"}, {"LNK", "Shortcut"}};
+    static const std::map<std::string, std::string> known = {
+        {"TXT", "Text Document"}, {"EXE", "Application"}, {"BAT", "Windows Batch File"}, {"LNK", "Shortcut"}};
     Place place = Resolve(path, true);
     if (!place.node) return "";
     if (place.node->IsFolder()) return "File folder";
@@ -188,8 +189,9 @@ int32_t ShellFileOperation(uint32_t operation, const std::string& from, const st
     int32_t result = 0;
     for (const std::string& source : sources) {
         Place place = Resolve(source);
-        if (!result) result = place.node ? ShellTask{operation, flags}.One(place, into ? head + "\\" + LastPart(source) : head)
-                                         : missing;
+        if (!result)
+            result = place.node ? ShellTask{operation, flags}.One(place, into ? head + "\\" + LastPart(source) : head)
+                                : missing;
     }
     static const char* const names[] = {"", "move ", "copy ", "delete ", "rename "};
     std::string line = std::string("shell ") + names[operation] + Joined(Pieces(from, '\0'), "|");

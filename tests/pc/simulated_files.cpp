@@ -98,7 +98,10 @@ bool RemoveFolder(const std::string& path) {
 bool MakeFolder(const std::string& path) {
     // Here, and only here, a backslash at the end says nothing new.
     Place place = Resolve(path.size() > 3 && path.ends_with('\\') ? path.substr(0, path.size() - 1) : path);
-    uint32_t code = place.device ? notAFolder : !place.node ? RefusedChange(place) : place.parent ? alreadyExists : denied;
+    uint32_t code = place.device   ? notAFolder
+                    : !place.node  ? RefusedChange(place)
+                    : place.parent ? alreadyExists
+                                   : denied;
     if (code) return Pc().Refuse(code);
     if (Pc().ChangeFails(denied)) return false;
     AddNode(place, attributeFolder);
@@ -166,13 +169,13 @@ bool MovePath(const std::string& from, const std::string& to, bool replace) {
 
 bool CopyOneFile(const std::string& from, const std::string& to, bool failIfExists) {
     Place source = Resolve(from, true), target = Resolve(to, true);
-    uint32_t code = !source.node                                          ? source.error
-                    : source.node->IsFolder() || source.node->denied      ? denied
-                    : source.node->locked                                 ? inUse
-                    : target.node && failIfExists                         ? exists
-                    : target.node && (target.node->attributes & 0x13)     ? denied
+    uint32_t code = !source.node                                                   ? source.error
+                    : source.node->IsFolder() || source.node->denied               ? denied
+                    : source.node->locked                                          ? inUse
+                    : target.node && failIfExists                                  ? exists
+                    : target.node && (target.node->attributes & 0x13)              ? denied
                     : target.node && (target.node->InUse() || target.node->images) ? inUse
-                                                                          : RefusedChange(target);
+                                                                                   : RefusedChange(target);
     if (!code && source.node == target.node) code = inUse;
     if (code) return Pc().Refuse(code);
     if (Pc().ChangeFails(112)) return false;

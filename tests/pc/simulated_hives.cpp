@@ -20,15 +20,24 @@ struct RootName {
     const char* name;
     uint32_t number;
 };
-constexpr RootName rootNames[] = {{"HKLM", pc::localMachine}, {"HKCU", pc::currentUser},   {"HKU", pc::usersRoot},
-                                  {"HKCR", pc::classesRoot},  {"HKCC", pc::currentConfig}};
+constexpr RootName rootNames[] = {{"HKLM", pc::localMachine},
+                                  {"HKCU", pc::currentUser},
+                                  {"HKU", pc::usersRoot},
+                                  {"HKCR", pc::classesRoot},
+                                  {"HKCC", pc::currentConfig}};
 
 // Keys below HKLM\Software that both views share.
-constexpr const char* sharedKeys[] = {
-    "WOW6432NODE", "POLICIES", "REGISTEREDAPPLICATIONS", "CLIENTS", "MICROSOFT\\SYSTEMCERTIFICATES",
-    "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\PROFILELIST", "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\FONTS",
-    "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\TIME ZONES", "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\NETWORKCARDS",
-    "MICROSOFT\\WINDOWS\\CURRENTVERSION\\GROUP POLICY", "MICROSOFT\\WINDOWS\\CURRENTVERSION\\SETUP"};
+constexpr const char* sharedKeys[] = {"WOW6432NODE",
+                                      "POLICIES",
+                                      "REGISTEREDAPPLICATIONS",
+                                      "CLIENTS",
+                                      "MICROSOFT\\SYSTEMCERTIFICATES",
+                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\PROFILELIST",
+                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\FONTS",
+                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\TIME ZONES",
+                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\NETWORKCARDS",
+                                      "MICROSOFT\\WINDOWS\\CURRENTVERSION\\GROUP POLICY",
+                                      "MICROSOFT\\WINDOWS\\CURRENTVERSION\\SETUP"};
 // Keys below ...\Software\Classes that each view has of its own.
 constexpr const char* splitClasses[] = {"CLSID", "INTERFACE", "DIRECTSHOW", "MEDIA TYPE", "MEDIAFOUNDATION"};
 
@@ -75,9 +84,12 @@ KeyNode Descend(KeyNode node, const std::vector<std::string>& parts, bool make) 
 }
 
 uint16_t Word(const std::string& bytes, size_t at) {
-    return static_cast<uint16_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1]) << 8);
+    return static_cast<uint16_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
+                                                                             << 8);
 }
-uint32_t Long(const std::string& bytes, size_t at) { return Word(bytes, at) | static_cast<uint32_t>(Word(bytes, at + 2)) << 16; }
+uint32_t Long(const std::string& bytes, size_t at) {
+    return Word(bytes, at) | static_cast<uint32_t>(Word(bytes, at + 2)) << 16;
+}
 void Put(std::string& bytes, uint32_t number, int count) {
     for (int i = 0; i < count; ++i) bytes += static_cast<char>(number >> (8 * i));
 }
@@ -120,7 +132,8 @@ KeyNode FindKey(uint32_t root, const std::string& path, uint32_t access, std::st
     if (is32BitView && root != pc::usersRoot) TakeView(rootName, parts);
     shown = parts.empty() ? rootName : rootName + "\\" + Joined(parts, "\\");
     if (root == pc::currentUser) parts.insert(parts.begin(), Pc().UserSid());
-    if (root == pc::currentConfig) parts.insert(parts.begin(), {"System", "CurrentControlSet", "Hardware Profiles", "Current"});
+    if (root == pc::currentConfig)
+        parts.insert(parts.begin(), {"System", "CurrentControlSet", "Hardware Profiles", "Current"});
     bool below = root == pc::currentUser || root == pc::usersRoot;
     return Descend(below ? TheHives().users : TheHives().machine, parts, make);
 }
@@ -197,8 +210,10 @@ void Restrict(const std::string& key, bool owned, uint32_t rights) {
 
 void SimulatedPc::SetRaw(const std::string& key, const std::string& name, uint32_t type, const std::string& bytes) {
     KeyNode node = Prepared(key);
-    if (RegistryValue* value = node->Find(name)) *value = {value->name, type, bytes};
-    else node->values.push_back({name, type, bytes});
+    if (RegistryValue* value = node->Find(name))
+        *value = {value->name, type, bytes};
+    else
+        node->values.push_back({name, type, bytes});
 }
 
 void SimulatedPc::SetText(const std::string& key, const std::string& name, const std::string& text) {

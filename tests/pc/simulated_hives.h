@@ -16,11 +16,11 @@ struct RegistryValue {
 
 struct RegistryNode {
     std::string name;
-    std::vector<RegistryValue> values;  // in the order of making
+    std::vector<RegistryValue> values;                          // in the order of making
     std::map<std::string, std::shared_ptr<RegistryNode>> keys;  // by folded name
-    std::string accessList;  // empty: the ordinary one
+    std::string accessList;                                     // empty: the ordinary one
     uint16_t control = 0x8004;
-    bool owned = true;    // by the administrators
+    bool owned = true;  // by the administrators
     bool deleted = false;
 
     RegistryValue* Find(const std::string& valueName);

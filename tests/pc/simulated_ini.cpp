@@ -24,8 +24,10 @@ std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines(1);
     for (size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
-        if (text[i] == '\n' || text[i] == '\r') lines.emplace_back();
-        else lines.back() += text[i];
+        if (text[i] == '\n' || text[i] == '\r')
+            lines.emplace_back();
+        else
+            lines.back() += text[i];
     }
     if (lines.back().empty()) lines.pop_back();
     return lines;
@@ -129,8 +131,9 @@ int32_t ReadProfileNumber(const std::string& file, const std::string& section, c
     }
     for (; i < text.size(); ++i) {
         char digit = Fold(text.substr(i, 1))[0];
-        uint32_t worth = digit >= '0' && digit <= '9' ? static_cast<uint32_t>(digit - '0')
-                         : digit >= 'A' && digit <= 'F' ? static_cast<uint32_t>(digit - 'A' + 10) : base;
+        uint32_t worth = digit >= '0' && digit <= '9'   ? static_cast<uint32_t>(digit - '0')
+                         : digit >= 'A' && digit <= 'F' ? static_cast<uint32_t>(digit - 'A' + 10)
+                                                        : base;
         if (worth >= base) break;
         number = number * base + worth;
     }

@@ -7,9 +7,9 @@
 namespace {
 
 // What code pages 1252 (from 0x80 to 0x9F; above it is Latin-1) and 437 (from 0x80) hold.
-constexpr uint16_t ansi[] = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021, 0x2C6, 0x2030, 0x160,
+constexpr uint16_t ansi[] = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021, 0x2C6,  0x2030, 0x160,
                              0x2039, 0x152,  0x8D,   0x17D,  0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-                             0x2013, 0x2014, 0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E, 0x178};
+                             0x2013, 0x2014, 0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E,  0x178};
 constexpr char16_t oem[] =
     u"ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜ¢£¥₧ƒáíóúñÑªº¿⌐¬½¼¡«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"
     u"αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00A0";
@@ -45,7 +45,8 @@ std::string SidBytes(const std::string& text) {
 
 std::string SidText(const std::string& bytes) {
     if (bytes.size() < 8 || bytes.size() < 8u + 4u * static_cast<unsigned char>(bytes[1])) return "";
-    std::string text = "S-" + Decimal(static_cast<unsigned char>(bytes[0])) + "-" + Decimal(static_cast<unsigned char>(bytes[7]));
+    std::string text =
+        "S-" + Decimal(static_cast<unsigned char>(bytes[0])) + "-" + Decimal(static_cast<unsigned char>(bytes[7]));
     for (size_t i = 0; i < static_cast<unsigned char>(bytes[1]); ++i) {
         uint32_t number = 0;
         for (size_t k = 4; k-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[8 + 4 * i + k]);
@@ -60,8 +61,10 @@ std::string SimulatedPc::Env(const std::string& name) const {
 }
 
 void SimulatedPc::SetEnv(const std::string& name, const std::string& value) {
-    if (value.empty()) environment.erase(Fold(name));
-    else environment[Fold(name)] = value;
+    if (value.empty())
+        environment.erase(Fold(name));
+    else
+        environment[Fold(name)] = value;
 }
 
 void SimulatedPc::AddAccount(const std::string& name, const std::string& sid) { accounts[Fold(name)] = {name, sid}; }
@@ -99,8 +102,10 @@ uint32_t LookupAccount(const std::string& name, std::string& sid, std::string& d
     if (found == Pc().accounts.end()) return 1332;
     const std::string& text = found->second.second;
     sid = SidBytes(text);
-    domain = text.starts_with("S-1-5-21") ? Pc().Env("computername") : text.starts_with("S-1-5-32") ? "BUILTIN"
-             : text == "S-1-1-0"          ? "" : "NT AUTHORITY";
+    domain = text.starts_with("S-1-5-21")   ? Pc().Env("computername")
+             : text.starts_with("S-1-5-32") ? "BUILTIN"
+             : text == "S-1-1-0"            ? ""
+                                            : "NT AUTHORITY";
     return 0;
 }
 

@@ -92,7 +92,8 @@ void SimulatedPc::CheckPatience() {
     if (elapsed > patience || ++looks > 20'000'000) throw WaitsForever{};
 }
 
-// --- time --------------------------------------------------------------------------------------------------------------
+// --- time
+// --------------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -111,7 +112,8 @@ pc::ClockTime ClockOf(uint64_t local) {
     int64_t days = static_cast<int64_t>(local / perDay), z = days + 584694;
     int64_t era = z / 146097, dayOfEra = z - era * 146097;
     int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100), shifted = (5 * dayOfYear + 2) / 153;
+    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100),
+            shifted = (5 * dayOfYear + 2) / 153;
     time.day = static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1);
     time.month = static_cast<int>(shifted < 10 ? shifted + 3 : shifted - 9);
     time.year = static_cast<int>(yearOfEra + era * 400 + (time.month <= 2));

@@ -47,8 +47,26 @@ SimulatedPc& Pc();
 
 // Names without X64 are 32-bit systems; ten, eleven and server2008R2 as they are mostly met.
 enum class Windows {
-    w2000, xp, xpX64, server2003, vista, vistaX64, server2008, seven, sevenX64, server2008R2, eight, eightX64, eightOne,
-    eightOneX64, server2012, server2012R2, ten, tenX64, eleven, server2022,
+    w2000,
+    xp,
+    xpX64,
+    server2003,
+    vista,
+    vistaX64,
+    server2008,
+    seven,
+    sevenX64,
+    server2008R2,
+    eight,
+    eightX64,
+    eightOne,
+    eightOneX64,
+    server2012,
+    server2012R2,
+    ten,
+    tenX64,
+    eleven,
+    server2022,
 };
 
 // What a program does when it is started.
@@ -111,15 +129,15 @@ public:
     // Parents are made. An existing file is replaced.
     void AddFile(const std::string& path, const std::string& bytes = "", uint32_t attributes = pc::attributeArchive);
     void AddFolder(const std::string& path, uint32_t attributes = pc::attributeFolder);
-    void AddJunction(const std::string& path, const std::string& target);      // to a folder
-    void AddFileLink(const std::string& path, const std::string& target);      // symbolic link to a file
+    void AddJunction(const std::string& path, const std::string& target);          // to a folder
+    void AddFileLink(const std::string& path, const std::string& target);          // symbolic link to a file
     void AddDrive(const std::string& root, uint32_t type = 3, bool ready = true);  // "D:", or "\\server\share"
     void SetDisk(const std::string& drive, double totalBytes, double freeBytes);
     // Writes fail with 112 after this many more bytes on any drive.
     void FillDiskAfter(uint64_t bytes) { bytesLeft = bytes; }
-    void Lock(const std::string& path);    // another process holds it open for itself alone: 32
+    void Lock(const std::string& path);  // another process holds it open for itself alone: 32
     void Unlock(const std::string& path);
-    void Deny(const std::string& path);    // the access list forbids all but looking: 5
+    void Deny(const std::string& path);  // the access list forbids all but looking: 5
     void Allow(const std::string& path);
     void SetTimes(const std::string& path, pc::FileTime created, pc::FileTime accessed, pc::FileTime modified);
     void SetVersion(const std::string& path, const std::string& version);  // of the version resource, "1.2.3.4"
@@ -171,10 +189,10 @@ public:
     // Lets time pass with the window alive; due timers and actions run.
     void Pass(uint32_t milliseconds);
     void SetClock(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
-    pc::FileTime Now() const;  // UTC
-    int zoneMinutes = 0;       // local time less UTC
-    int dateOrder = 0;         // 0 month first, 1 day first, 2 year first
-    uint32_t ticks = 100000;   // TickCount
+    pc::FileTime Now() const;                 // UTC
+    int zoneMinutes = 0;                      // local time less UTC
+    int dateOrder = 0;                        // 0 month first, 1 day first, 2 year first
+    uint32_t ticks = 100000;                  // TickCount
     uint64_t patience = 48ull * 3600 * 1000;  // virtual milliseconds until WaitsForever
 
     // --- machine ---------------------------------------------------------------------------------------------------
@@ -201,7 +219,7 @@ public:
     void ClearWmi(const std::string& nameSpace, const std::string& wmiClass);
     void FailWmi(const std::string& nameSpace, const std::string& error);  // queries there fail from now on
     void HangWmi(const std::string& nameSpace);                            // ... time out
-    int32_t restorePointResult = 0;  // what CreateRestorePoint returns
+    int32_t restorePointResult = 0;                                        // what CreateRestorePoint returns
 
     // --- messages and pickers ----------------------------------------------------------------------------------------
     // Answers in order. A box without one is closed: OK, Cancel, or No where these are all there is.
@@ -221,9 +239,9 @@ public:
     void StopAt(int n) { stopAt = changes + n; }
     // Runs ahead of the n-th such call from now: another program interferes.
     void AtCall(int n, std::function<void()> action) { interference[calls + n] = std::move(action); }
-    bool otherInstanceRuns = false;                    // HoldSingleInstance finds another one
-    std::vector<std::string> refusedPrivileges;        // "SeDebugPrivilege": adjusting it fails with 5
-    std::vector<std::string> heldPrivileges;           // switched on
+    bool otherInstanceRuns = false;              // HoldSingleInstance finds another one
+    std::vector<std::string> refusedPrivileges;  // "SeDebugPrivilege": adjusting it fails with 5
+    std::vector<std::string> heldPrivileges;     // switched on
 
     // State of one simulated subject for the life of the PC (for simulated_*.cpp).
     template <typename Part>
@@ -249,11 +267,11 @@ public:
     std::vector<int> answers;
     std::function<int(const std::string&)> answerer;
     std::vector<std::string> picks;
-    std::map<std::string, std::string> environment;  // by folded name
+    std::map<std::string, std::string> environment;                       // by folded name
     std::map<std::string, std::pair<std::string, std::string>> accounts;  // folded name to name and SID text
-    std::map<std::string, std::string> resources;    // folded "TYPE\NAME"
-    std::map<std::string, std::string> passwords;    // that were set
-    std::map<int, std::string> specialFolders;       // by CSIDL number
+    std::map<std::string, std::string> resources;                         // folded "TYPE\NAME"
+    std::map<std::string, std::string> passwords;                         // that were set
+    std::map<int, std::string> specialFolders;                            // by CSIDL number
     uint64_t bytesLeft = UINT64_MAX;
     uint64_t elapsed = 0;    // virtual milliseconds since the PC was made
     uint64_t clockBase = 0;  // local file time at elapsed 0

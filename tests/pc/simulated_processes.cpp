@@ -96,7 +96,8 @@ void PassTime(uint64_t milliseconds) {
 
 Behaviour BehaviourOf(const std::string& line) {
     const auto& rules = ThePrograms().rules;
-    auto rule = std::find_if(rules.rbegin(), rules.rend(), [&](const auto& entry) { return HoldsName(line, entry.first); });
+    auto rule =
+        std::find_if(rules.rbegin(), rules.rend(), [&](const auto& entry) { return HoldsName(line, entry.first); });
     if (rule != rules.rend()) return rule->second;
     // The one thing that every command interpreter can be asked for.
     size_t exit = Fold(line).find("/C EXIT ");
@@ -163,9 +164,12 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
         if (!first) first = image.node ? denied : image.error;
         image.node = nullptr;
     }
-    if (!image.node) code = first;
-    else if (image.node->denied) code = denied;
-    else if (image.node->locked || image.node->writers) code = 32;
+    if (!image.node)
+        code = first;
+    else if (image.node->denied)
+        code = denied;
+    else if (image.node->locked || image.node->writers)
+        code = 32;
     for (const char* document : {"TXT", "REG", "INI", "MSC", "CPL", "URL", "LNK", "HTM", "ZIP"})
         if (image.node && ExtensionOf(image.path) == document) code = badImage;
     if (!code) code = BehaviourOf(commandLine).startError;

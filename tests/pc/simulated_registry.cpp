@@ -15,10 +15,10 @@ uintptr_t nextHandle = 0x203;
 OpenKeyEntry* Entry(const pc::Key& key, uint32_t access, int32_t& code) {
     auto found = TheHives().open.find(key.value);
     OpenKeyEntry* entry = found == TheHives().open.end() ? nullptr : &found->second;
-    code = !entry                              ? invalidHandle
-           : entry->node->deleted              ? keyDeleted
+    code = !entry                               ? invalidHandle
+           : entry->node->deleted               ? keyDeleted
            : (entry->access & access) != access ? pc::errorAccessDenied
-                                               : 0;
+                                                : 0;
     return code ? nullptr : entry;
 }
 
@@ -53,7 +53,8 @@ std::string Shown(uint32_t type, const std::string& data) {
 }
 
 uint16_t Word(const std::string& bytes, size_t at) {
-    return static_cast<uint16_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1]) << 8);
+    return static_cast<uint16_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
+                                                                             << 8);
 }
 
 }  // namespace
@@ -125,8 +126,10 @@ int32_t SetValue(const Key& key, const std::string& name, uint32_t type, const s
     OpenKeyEntry* entry = Entry(key, keySetValue, code);
     if (!entry) return code;
     if (Pc().ChangeFails(errorAccessDenied)) return errorAccessDenied;
-    if (RegistryValue* value = entry->node->Find(name)) *value = {value->name, type, data};
-    else entry->node->values.push_back({name, type, data});
+    if (RegistryValue* value = entry->node->Find(name))
+        *value = {value->name, type, data};
+    else
+        entry->node->values.push_back({name, type, data});
     Pc().Note("set " + entry->path + "\\" + name + " = " + Shown(type, data));
     return 0;
 }
@@ -216,8 +219,8 @@ int32_t SetKeySecurity(const Key& key, const std::string& descriptor) {
     if (Pc().ChangeFails(errorAccessDenied)) return errorAccessDenied;
     // Without a list everybody may do everything.
     bool hasList = (control & 4) && at;
-    entry->node->accessList = hasList ? descriptor.substr(at, Word(descriptor, at + 2))
-                                      : AccessList({{"S-1-1-0", keyAllAccess}});
+    entry->node->accessList =
+        hasList ? descriptor.substr(at, Word(descriptor, at + 2)) : AccessList({{"S-1-1-0", keyAllAccess}});
     entry->node->control = control | 0x8004;
     Pc().Note("security " + entry->path);
     return 0;

@@ -43,16 +43,55 @@ struct Tool {
     uint32_t since = 0, gone = 99;  // major versions
     bool only64 = false;            // on a 64-bit system not in the 32-bit programs' folder
 };
-constexpr Tool tools[] = {
-    {"cmd.exe"}, {"net.exe"}, {"netsh.exe"}, {"ipconfig.exe"}, {"rundll32.exe"}, {"msiexec.exe"}, {"cscript.exe"},
-    {"wscript.exe"}, {"regsvr32.exe"}, {"control.exe"}, {"shutdown.exe", 5}, {"xcopy.exe"}, {"attrib.exe"}, {"ping.exe"},
-    {"sc.exe"}, {"cleanmgr.exe"}, {"chkdsk.exe"}, {"taskmgr.exe"}, {"eventvwr.exe"}, {"mmc.exe"}, {"notepad.exe"},
-    {"calc.exe"}, {"mshta.exe"}, {"appwiz.cpl"}, {"firewall.cpl"}, {"wscui.cpl"}, {"compmgmt.msc"}, {"devmgmt.msc"},
-    {"schtasks.exe"}, {"reg.exe"}, {"taskkill.exe"}, {"tasklist.exe"}, {"systeminfo.exe"}, {"sfc.exe"}, {"route.exe"},
-    {"defrag.exe", 0, 99, true}, {"tskill.exe", 0, 99, true}, {"vssadmin.exe", 0, 99, true},
-    {"bcdedit.exe", 6, 99, true}, {"rstrui.exe", 6, 99, true}, {"msconfig.exe", 6, 99, true}, {"msra.exe", 6, 99, true},
-    {"wuapp.exe", 6, 7}, {"icacls.exe", 6}, {"takeown.exe", 6}, {"robocopy.exe", 6}, {"wusa.exe", 6},
-    {"slui.exe", 6, 99, true}, {"msg.exe", 0, 99, true}};
+constexpr Tool tools[] = {{"cmd.exe"},
+                          {"net.exe"},
+                          {"netsh.exe"},
+                          {"ipconfig.exe"},
+                          {"rundll32.exe"},
+                          {"msiexec.exe"},
+                          {"cscript.exe"},
+                          {"wscript.exe"},
+                          {"regsvr32.exe"},
+                          {"control.exe"},
+                          {"shutdown.exe", 5},
+                          {"xcopy.exe"},
+                          {"attrib.exe"},
+                          {"ping.exe"},
+                          {"sc.exe"},
+                          {"cleanmgr.exe"},
+                          {"chkdsk.exe"},
+                          {"taskmgr.exe"},
+                          {"eventvwr.exe"},
+                          {"mmc.exe"},
+                          {"notepad.exe"},
+                          {"calc.exe"},
+                          {"mshta.exe"},
+                          {"appwiz.cpl"},
+                          {"firewall.cpl"},
+                          {"wscui.cpl"},
+                          {"compmgmt.msc"},
+                          {"devmgmt.msc"},
+                          {"schtasks.exe"},
+                          {"reg.exe"},
+                          {"taskkill.exe"},
+                          {"tasklist.exe"},
+                          {"systeminfo.exe"},
+                          {"sfc.exe"},
+                          {"route.exe"},
+                          {"defrag.exe", 0, 99, true},
+                          {"tskill.exe", 0, 99, true},
+                          {"vssadmin.exe", 0, 99, true},
+                          {"bcdedit.exe", 6, 99, true},
+                          {"rstrui.exe", 6, 99, true},
+                          {"msconfig.exe", 6, 99, true},
+                          {"msra.exe", 6, 99, true},
+                          {"wuapp.exe", 6, 7},
+                          {"icacls.exe", 6},
+                          {"takeown.exe", 6},
+                          {"robocopy.exe", 6},
+                          {"wusa.exe", 6},
+                          {"slui.exe", 6, 99, true},
+                          {"msg.exe", 0, 99, true}};
 
 void AddTools(SimulatedPc& pc) {
     bool is2000 = pc.version.major == 5 && pc.version.minor == 0;
@@ -74,30 +113,49 @@ void AddTools(SimulatedPc& pc) {
 // Folders of the profile layout, and the names by which the shell knows them (CSIDL numbers).
 void AddFolders(SimulatedPc& pc) {
     bool vista = pc.version.major >= 6;
-    std::string user = pc.Env("userprofile"), all = pc.Env("allusersprofile"), everybody = vista ? pc.Env("public") : all;
+    std::string user = pc.Env("userprofile"), all = pc.Env("allusersprofile"),
+                everybody = vista ? pc.Env("public") : all;
     std::string roaming = user + (vista ? "\\AppData\\Roaming" : "\\Application Data");
     std::string local = user + (vista ? "\\AppData\\Local" : "\\Local Settings");
     std::string localData = vista ? local : local + "\\Application Data";
     std::string menu = vista ? roaming + "\\Microsoft\\Windows\\Start Menu" : user + "\\Start Menu";
     std::string allMenu = vista ? all + "\\Microsoft\\Windows\\Start Menu" : all + "\\Start Menu";
     std::string docs = user + (vista ? "\\Documents" : "\\My Documents");
-    std::string cache = vista ? local + "\\Microsoft\\Windows\\Temporary Internet Files" : local + "\\Temporary Internet Files";
+    std::string cache =
+        vista ? local + "\\Microsoft\\Windows\\Temporary Internet Files" : local + "\\Temporary Internet Files";
     std::string programs = pc.is64Bit ? "C:\\Program Files (x86)" : "C:\\Program Files";
     auto& special = pc.specialFolders;
-    special = {{0x00, user + "\\Desktop"}, {0x10, user + "\\Desktop"}, {0x02, menu + "\\Programs"}, {0x05, docs},
-               {0x06, user + "\\Favorites"}, {0x07, menu + "\\Programs\\Startup"},
+    special = {{0x00, user + "\\Desktop"},
+               {0x10, user + "\\Desktop"},
+               {0x02, menu + "\\Programs"},
+               {0x05, docs},
+               {0x06, user + "\\Favorites"},
+               {0x07, menu + "\\Programs\\Startup"},
                {0x08, vista ? roaming + "\\Microsoft\\Windows\\Recent" : user + "\\Recent"},
-               {0x09, vista ? roaming + "\\Microsoft\\Windows\\SendTo" : user + "\\SendTo"}, {0x0B, menu},
-               {0x0D, vista ? user + "\\Music" : docs + "\\My Music"}, {0x14, "C:\\Windows\\Fonts"},
-               {0x16, allMenu}, {0x17, allMenu + "\\Programs"}, {0x18, allMenu + "\\Programs\\Startup"},
-               {0x19, everybody + "\\Desktop"}, {0x1A, roaming}, {0x1C, localData}, {0x1F, user + "\\Favorites"},
-               {0x20, cache}, {0x21, vista ? roaming + "\\Microsoft\\Windows\\Cookies" : user + "\\Cookies"},
+               {0x09, vista ? roaming + "\\Microsoft\\Windows\\SendTo" : user + "\\SendTo"},
+               {0x0B, menu},
+               {0x0D, vista ? user + "\\Music" : docs + "\\My Music"},
+               {0x14, "C:\\Windows\\Fonts"},
+               {0x16, allMenu},
+               {0x17, allMenu + "\\Programs"},
+               {0x18, allMenu + "\\Programs\\Startup"},
+               {0x19, everybody + "\\Desktop"},
+               {0x1A, roaming},
+               {0x1C, localData},
+               {0x1F, user + "\\Favorites"},
+               {0x20, cache},
+               {0x21, vista ? roaming + "\\Microsoft\\Windows\\Cookies" : user + "\\Cookies"},
                {0x22, vista ? local + "\\Microsoft\\Windows\\History" : local + "\\History"},
-               {0x23, vista ? all : all + "\\Application Data"}, {0x24, "C:\\Windows"},
-               {0x25, "C:\\Windows\\System32"}, {0x26, programs},
-               {0x27, vista ? user + "\\Pictures" : docs + "\\My Pictures"}, {0x28, user},
-               {0x29, pc.is64Bit ? "C:\\Windows\\SysWOW64" : "C:\\Windows\\System32"}, {0x2A, programs},
-               {0x2B, programs + "\\Common Files"}, {0x2E, everybody + "\\Documents"}};
+               {0x23, vista ? all : all + "\\Application Data"},
+               {0x24, "C:\\Windows"},
+               {0x25, "C:\\Windows\\System32"},
+               {0x26, programs},
+               {0x27, vista ? user + "\\Pictures" : docs + "\\My Pictures"},
+               {0x28, user},
+               {0x29, pc.is64Bit ? "C:\\Windows\\SysWOW64" : "C:\\Windows\\System32"},
+               {0x2A, programs},
+               {0x2B, programs + "\\Common Files"},
+               {0x2E, everybody + "\\Documents"}};
     for (const auto& [number, path] : special) pc.AddFolder(path);
     for (const std::string& path :
          {std::string("C:\\Windows\\Temp"), std::string("C:\\Windows\\inf"), local + "\\Temp", std::string("C:\\Panel"),
@@ -105,9 +163,12 @@ void AddFolders(SimulatedPc& pc) {
         pc.AddFolder(path);
     if (!vista) return;
     // The names of the older layout lead on to the new ones, and nobody may list them.
-    const std::pair<std::string, std::string> links[] = {
-        {"C:\\Documents and Settings", "C:\\Users"}, {user + "\\Application Data", roaming}, {user + "\\Local Settings", local},
-        {user + "\\AppData\\Local\\Application Data", local}, {user + "\\My Documents", docs}, {user + "\\Start Menu", menu}};
+    const std::pair<std::string, std::string> links[] = {{"C:\\Documents and Settings", "C:\\Users"},
+                                                         {user + "\\Application Data", roaming},
+                                                         {user + "\\Local Settings", local},
+                                                         {user + "\\AppData\\Local\\Application Data", local},
+                                                         {user + "\\My Documents", docs},
+                                                         {user + "\\Start Menu", menu}};
     for (const auto& [path, target] : links) {
         pc.AddJunction(path, target);
         Resolve(path, false, false).node->attributes |= pc::attributeHidden | pc::attributeSystem;
@@ -119,10 +180,20 @@ void AddEnvironment(SimulatedPc& pc) {
     std::string profiles = vista ? "C:\\Users" : "C:\\Documents and Settings", user = profiles + "\\Client";
     std::string temp = user + (vista ? "\\AppData\\Local\\Temp" : "\\Local Settings\\Temp");
     const std::pair<const char*, std::string> values[] = {
-        {"systemdrive", "C:"}, {"systemroot", "C:\\Windows"}, {"windir", "C:\\Windows"}, {"homedrive", "C:"},
-        {"homepath", user.substr(2)}, {"userprofile", user}, {"username", "Client"}, {"userdomain", "DESK"},
-        {"computername", "DESK"}, {"temp", temp}, {"tmp", temp}, {"os", "Windows_NT"},
-        {"comspec", "C:\\Windows\\System32\\cmd.exe"}, {"path", "C:\\Windows\\System32;C:\\Windows"},
+        {"systemdrive", "C:"},
+        {"systemroot", "C:\\Windows"},
+        {"windir", "C:\\Windows"},
+        {"homedrive", "C:"},
+        {"homepath", user.substr(2)},
+        {"userprofile", user},
+        {"username", "Client"},
+        {"userdomain", "DESK"},
+        {"computername", "DESK"},
+        {"temp", temp},
+        {"tmp", temp},
+        {"os", "Windows_NT"},
+        {"comspec", "C:\\Windows\\System32\\cmd.exe"},
+        {"path", "C:\\Windows\\System32;C:\\Windows"},
         {"appdata", user + (vista ? "\\AppData\\Roaming" : "\\Application Data")},
         {"allusersprofile", vista ? "C:\\ProgramData" : profiles + "\\All Users"},
         {"programfiles", pc.is64Bit ? "C:\\Program Files (x86)" : "C:\\Program Files"},
@@ -158,9 +229,9 @@ void AddRegistry(SimulatedPc& pc, const Edition& edition) {
     std::string services = vista ? "%systemroot%\\ServiceProfiles\\" : "%SystemDrive%\\Documents and Settings\\";
     const std::pair<const char*, std::string> profiles[] = {
         {"S-1-5-18", "%systemroot%\\system32\\config\\systemprofile"},
-        {"S-1-5-19", services + "LocalService"}, {"S-1-5-20", services + "NetworkService"}};
-    for (const auto& [sid, path] : profiles)
-        pc.SetRaw(list + sid, "ProfileImagePath", pc::typeExpandSz, path + '\0');
+        {"S-1-5-19", services + "LocalService"},
+        {"S-1-5-20", services + "NetworkService"}};
+    for (const auto& [sid, path] : profiles) pc.SetRaw(list + sid, "ProfileImagePath", pc::typeExpandSz, path + '\0');
     pc.SetRaw(list + pc.UserSid(), "ProfileImagePath", pc::typeExpandSz, pc.Env("userprofile") + '\0');
     pc.AddKey("HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings");
     pc.AddKey("HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
@@ -186,8 +257,12 @@ void InstallWindows(SimulatedPc& pc, Windows windows) {
     pc.AddDrive("C:");
     pc.AddAccount("Client", "S-1-5-21-1004336348-1177238915-682003330-1001");
     for (const auto& [name, sid] : {std::pair{"Administrator", "S-1-5-21-1004336348-1177238915-682003330-500"},
-                                    {"System", "S-1-5-18"}, {"Everyone", "S-1-1-0"}, {"Administrators", "S-1-5-32-544"},
-                                    {"Users", "S-1-5-32-545"}, {"Guests", "S-1-5-32-546"}, {"Power Users", "S-1-5-32-547"}})
+                                    {"System", "S-1-5-18"},
+                                    {"Everyone", "S-1-1-0"},
+                                    {"Administrators", "S-1-5-32-544"},
+                                    {"Users", "S-1-5-32-545"},
+                                    {"Guests", "S-1-5-32-546"},
+                                    {"Power Users", "S-1-5-32-547"}})
         pc.AddAccount(name, sid);
     AddEnvironment(pc);
     AddFolders(pc);

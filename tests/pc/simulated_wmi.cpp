@@ -18,10 +18,20 @@ struct Wmi {
 };
 
 // Classes that are there without rows too.
-constexpr const char* cimClasses[] = {"WIN32_OPERATINGSYSTEM", "WIN32_PROCESSOR", "WIN32_COMPUTERSYSTEM", "WIN32_LOGICALDISK",
-                                      "WIN32_SERVICE", "WIN32_PROCESS", "WIN32_NETWORKADAPTERCONFIGURATION",
-                                      "WIN32_NTLOGEVENT", "WIN32_USERACCOUNT", "WIN32_PRODUCT", "WIN32_STARTUPCOMMAND",
-                                      "WIN32_BIOS", "WIN32_PHYSICALMEMORY", "WIN32_VIDEOCONTROLLER"};
+constexpr const char* cimClasses[] = {"WIN32_OPERATINGSYSTEM",
+                                      "WIN32_PROCESSOR",
+                                      "WIN32_COMPUTERSYSTEM",
+                                      "WIN32_LOGICALDISK",
+                                      "WIN32_SERVICE",
+                                      "WIN32_PROCESS",
+                                      "WIN32_NETWORKADAPTERCONFIGURATION",
+                                      "WIN32_NTLOGEVENT",
+                                      "WIN32_USERACCOUNT",
+                                      "WIN32_PRODUCT",
+                                      "WIN32_STARTUPCOMMAND",
+                                      "WIN32_BIOS",
+                                      "WIN32_PHYSICALMEMORY",
+                                      "WIN32_VIDEOCONTROLLER"};
 
 std::string Plain(const std::string& nameSpace) {
     std::string folded = Fold(nameSpace);
@@ -31,14 +41,16 @@ std::string Plain(const std::string& nameSpace) {
 bool HasNamespace(const std::string& folded) {
     bool vista = Pc().version.major >= 6, workstation = Pc().version.productType == 1;
     if (folded == "ROOT\\CIMV2" || folded == "ROOT\\DEFAULT") return true;
-    if (folded == "ROOT\\SECURITYCENTER") return workstation && Pc().version.build >= 2600 && Pc().version.build != 3790;
+    if (folded == "ROOT\\SECURITYCENTER")
+        return workstation && Pc().version.build >= 2600 && Pc().version.build != 3790;
     return folded == "ROOT\\SECURITYCENTER2" && workstation && vista;
 }
 
 bool HasClass(const std::string& nameSpace, const std::string& name) {
     const auto& tables = Pc().Of<Wmi>().tables[nameSpace];
     if (tables.contains(name)) return true;
-    if (nameSpace == "ROOT\\CIMV2") return std::find(std::begin(cimClasses), std::end(cimClasses), name) != std::end(cimClasses);
+    if (nameSpace == "ROOT\\CIMV2")
+        return std::find(std::begin(cimClasses), std::end(cimClasses), name) != std::end(cimClasses);
     if (nameSpace == "ROOT\\DEFAULT") return name == "SYSTEMRESTORE" && Pc().version.productType == 1;
     return name == "ANTIVIRUSPRODUCT" || name == "FIREWALLPRODUCT" || name == "ANTISPYWAREPRODUCT";
 }
@@ -166,10 +178,14 @@ WmiStatus Reach(const std::string& nameSpace, uint32_t timeoutMilliseconds, std:
         return WmiStatus::timedOut;
     }
     auto failing = wmi.failing.find(place);
-    if (failing != wmi.failing.end()) error = failing->second;
-    else if (!HasNamespace(place) && wmi.tables[place].empty()) error = "8004100E";
-    else if (Pc().Fails(5)) error = "80041003";
-    else return WmiStatus::done;
+    if (failing != wmi.failing.end())
+        error = failing->second;
+    else if (!HasNamespace(place) && wmi.tables[place].empty())
+        error = "8004100E";
+    else if (Pc().Fails(5))
+        error = "80041003";
+    else
+        return WmiStatus::done;
     return WmiStatus::failed;
 }
 
@@ -181,8 +197,10 @@ WmiStatus WmiQuery(const std::string& nameSpace, const std::string& query, const
     WmiStatus reached = Reach(nameSpace, timeoutMilliseconds, error);
     if (reached != WmiStatus::done) return reached;
     Query parsed = Parsed(query);
-    if (!parsed.valid) error = "80041017";
-    else if (!HasClass(Plain(nameSpace), parsed.wmiClass)) error = "80041010";
+    if (!parsed.valid)
+        error = "80041017";
+    else if (!HasClass(Plain(nameSpace), parsed.wmiClass))
+        error = "80041010";
     if (!error.empty()) return WmiStatus::failed;
     for (const auto& row : RowsOf(Plain(nameSpace), parsed.wmiClass)) {
         if (!std::all_of(parsed.conditions.begin(), parsed.conditions.end(),
@@ -200,16 +218,20 @@ bool WmiCreateRestorePoint(const std::string& name, int32_t type, int32_t eventT
     constexpr uint32_t patience = 60'000;
     error.clear();
     if (Reach("root\\default", patience, error) != WmiStatus::done) return false;
-    if (!HasClass("ROOT\\DEFAULT", "SYSTEMRESTORE")) error = "80041010";
-    else if (Pc().ChangeFails(5)) error = "80041003";
+    if (!HasClass("ROOT\\DEFAULT", "SYSTEMRESTORE"))
+        error = "80041010";
+    else if (Pc().ChangeFails(5))
+        error = "80041003";
     if (!error.empty()) return false;
     returned = Pc().restorePointResult;
     Pc().Note("wmi restore point \"" + name + "\" " + std::to_string(type) + " " + std::to_string(eventType) + " -> " +
               std::to_string(returned));
     auto& rows = Pc().Of<Wmi>().tables["ROOT\\DEFAULT"]["SYSTEMRESTORE"].rows;
     if (returned == 0)
-        rows.push_back({{"Description", name}, {"SequenceNumber", static_cast<int>(rows.size() + 1)},
-                        {"RestorePointType", type}, {"EventType", eventType}});
+        rows.push_back({{"Description", name},
+                        {"SequenceNumber", static_cast<int>(rows.size() + 1)},
+                        {"RestorePointType", type},
+                        {"EventType", eventType}});
     return true;
 }
 
