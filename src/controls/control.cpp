@@ -6,9 +6,7 @@
 
 namespace {
 
-std::vector<std::string> Entries(const char* items) {
-    return *items ? Split(items, '|') : std::vector<std::string>();
-}
+std::vector<std::string> Entries(const char* items) { return *items ? Split(items, '|') : std::vector<std::string>(); }
 
 int IndexOf(const std::vector<std::string>& items, const std::string& text) {
     auto found = std::find(items.begin(), items.end(), text);
@@ -75,9 +73,12 @@ void Control::SetValue(int newValue) {
     Tell(Change::value);
     if (kind != Kind::option || value == 0) return;
     for (auto& other : owner.Controls())
-        if (other.get() != this && other->kind == Kind::option && other->group == group &&
-            EqualNoCase(other->container, container))
-            other->SetValue(0);
+        if (Excludes(*other)) other->SetValue(0);
+}
+
+bool Control::Excludes(const Control& other) const {
+    return &other != this && kind == Kind::option && other.kind == Kind::option && other.group == group &&
+           EqualNoCase(other.container, container);
 }
 
 void Control::SetMaximum(int newMaximum) {
@@ -152,8 +153,10 @@ void Control::Select(int index) {
         for (size_t row = 0; row < rows.size(); row++) rows[row].selected = static_cast<int>(row) == selected;
     } else {
         selected = index >= 0 && index < static_cast<int>(items.size()) ? index : -1;
-        if (selected >= 0) text = items[static_cast<size_t>(selected)];
-        else if (kind == Kind::list || (flags & dropList)) text.clear();
+        if (selected >= 0)
+            text = items[static_cast<size_t>(selected)];
+        else if (kind == Kind::list || (flags & dropList))
+            text.clear();
     }
     Tell(Change::value);
 }

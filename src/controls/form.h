@@ -15,21 +15,21 @@
 #include <vector>
 
 enum class Kind : uint8_t {
-    label,      // text; clickable when a handler is attached (then drawn as a link and reached by Tab)
-    textBox,    // one line, or several with multiLine
+    label,    // text; clickable when a handler is attached (then drawn as a link and reached by Tab)
+    textBox,  // one line, or several with multiLine
     button,
-    checkBox,   // value 0 or 1
-    option,     // value 0 or 1; exclusive among the options of its container with the same group number
-    combo,      // editable with a list; dropList makes it a pure choice
-    list,       // read-only list of texts
-    listView,   // rows with columns, check boxes with checkRows
-    image,      // picture file or icon resource
-    picture,    // a page: container with a background that covers what lies beneath
-    frame,      // titled group
-    progress,   // value 0 to maximum
-    sideBar,    // groups of items
-    timer,      // interval in milliseconds, no window
-    browser,    // the platform's web browser control
+    checkBox,  // value 0 or 1
+    option,    // value 0 or 1; exclusive among the options of its container with the same group number
+    combo,     // editable with a list; dropList makes it a pure choice
+    list,      // read-only list of texts
+    listView,  // rows with columns, check boxes with checkRows
+    image,     // picture file or icon resource
+    picture,   // a page: container with a background that covers what lies beneath
+    frame,     // titled group
+    progress,  // value 0 to maximum
+    sideBar,   // groups of items
+    timer,     // interval in milliseconds, no window
+    browser,   // the platform's web browser control
 };
 
 // Bits of ControlSpec::flags.
@@ -42,8 +42,8 @@ enum ControlFlag : uint32_t {
     defaultButton = 32,  // Enter
     cancelButton = 64,   // Escape
     bold = 128,
-    heading = 256,       // title of a page or form: larger text in the accent colour
-    note = 512,          // small, quiet text
+    heading = 256,  // title of a page or form: larger text in the accent colour
+    note = 512,     // small, quiet text
     alignCenter = 1024,
     alignRight = 2048,
     checkRows = 4096,
@@ -63,13 +63,13 @@ struct Box {
 
 struct ControlSpec {
     Kind kind = Kind::label;
-    const char* name = "";       // control arrays: "comboRPDay(0)"
-    const char* caption = "";    // UTF-8; "&" marks the access key
+    const char* name = "";     // control arrays: "comboRPDay(0)"
+    const char* caption = "";  // UTF-8; "&" marks the access key
     Box box;
     const char* container = "";  // name of the picture or frame it lies in; empty: the form
     uint32_t flags = 0;
-    int group = 0;               // options exclude each other within container and group
-    const char* items = "";      // combo, list: entries parted by "|"; listView: column titles parted by "|"
+    int group = 0;           // options exclude each other within container and group
+    const char* items = "";  // combo, list: entries parted by "|"; listView: column titles parted by "|"
 };
 
 struct FormDefinition;
@@ -78,8 +78,8 @@ class Form;
 // System colours as the labels hold them; anything else is 0x00BBGGRR.
 inline constexpr uint32_t colourButtonText = 0x80000012;
 inline constexpr uint32_t colourHighlight = 0x8000000D;
-inline constexpr uint32_t colourWarning = 192;        // red
-inline constexpr uint32_t colourLink = 16711680;      // blue
+inline constexpr uint32_t colourWarning = 192;    // red
+inline constexpr uint32_t colourLink = 16711680;  // blue
 
 struct SideBarItem {
     std::string caption;
@@ -87,7 +87,7 @@ struct SideBarItem {
 };
 struct SideBarGroup {
     std::string heading, subHeading;
-    bool special = false;   // drawn with the accent
+    bool special = false;  // drawn with the accent
     bool expanded = true;
     std::vector<SideBarItem> items;
 };
@@ -138,6 +138,8 @@ public:
     // Check boxes and options: 0 or 1. Setting an option to 1 clears its neighbours. Progress: position.
     int Value() const { return value; }
     void SetValue(int newValue);
+    // Both are options of one group in one container.
+    bool Excludes(const Control& other) const;
     int Maximum() const { return maximum; }
     void SetMaximum(int value);
     uint32_t Colour() const { return colour; }
@@ -183,10 +185,10 @@ public:
 
     // Handlers. All may be empty.
     std::function<void()> onClick;
-    std::function<void()> onChange;                         // typed, picked, checked
+    std::function<void()> onChange;  // typed, picked, checked
     std::function<void()> onMouseMove;
     std::function<void()> onTimer;
-    std::function<void(int group, int item)> onItemClick;   // sidebar, both from 1
+    std::function<void(int group, int item)> onItemClick;  // sidebar, both from 1
 
     // Called by the host when the user did something; runs the handlers. A click on a control that is disabled
     // or not shown is passed over.
@@ -220,12 +222,12 @@ private:
 enum class Border : uint8_t { fixed, sizable, dialog, toolWindow };
 
 struct FormDefinition {
-    const char* name;       // "frmMain"
+    const char* name;  // "frmMain"
     const char* caption;
-    int width, height;      // client area in twips
+    int width, height;  // client area in twips
     Border border;
     std::span<const ControlSpec> controls;
-    void (*build)(Form&);   // attaches handlers and sets what the table cannot say
+    void (*build)(Form&);  // attaches handlers and sets what the table cannot say
 };
 
 // A loaded form. Made by LoadForm, gone after Unload.
@@ -256,7 +258,7 @@ public:
     bool Visible() const { return visible; }
     void SetVisible(bool value);  // show modeless or hide
     bool Modal() const { return modal; }
-    int Width() const { return width; }    // client area now, twips
+    int Width() const { return width; }  // client area now, twips
     int Height() const { return height; }
     // By the host: moves and grows the controls by their flags, then runs onResize.
     void Resized(int newWidth, int newHeight);
