@@ -1,0 +1,96 @@
+#include "pc/pc_test.h"
+#include "system/base85.h"
+#include "system/scramble.h"
+
+namespace {
+
+// An independent reading of the published Ascii85: positional arithmetic on whole groups, no shared code.
+std::string Decode(const std::string& text) {
+    std::string bytes, group;
+    for (char c : text.substr(0, text.find("~>"))) {
+        if (c == 'z') {
+            bytes.append(4, '\0');
+            continue;
+        }
+        group += c;
+        if (group.size() < 5) continue;
+        unsigned long long value = 0;
+        for (char digit : group) value = value * 85 + static_cast<unsigned>(digit - 33);
+        for (int shift : {24, 16, 8, 0}) bytes += static_cast<char>(value >> shift & 255);
+        group.clear();
+    }
+    if (!group.empty()) {
+        size_t count = group.size() - 1;
+        group.resize(5, 'u');
+        unsigned long long value = 0;
+        for (char digit : group) value = value * 85 + static_cast<unsigned>(digit - 33);
+        for (int shift : {24, 16, 8, 0}) bytes += static_cast<char>(value >> shift & 255);
+        bytes.resize(bytes.size() - 4 + count);
+    }
+    return bytes;
+}
+
+TEST(Base85, EveryLengthAndByteReadsBackAlsoByTheOtherDecoder) {
+    for (size_t length = 0; length <= 64; ++length)
+        for (int step = 0; step < 256; step += 5) {
+            std::string bytes;
+            for (size_t i = 0; i < length; ++i) bytes += static_cast<char>(static_cast<size_t>(step) + i * 37);
+            std::string text = Base85EncodeBytes(bytes, false), back;
+            EXPECT_EQ(Decode(text), bytes);
+            EXPECT_TRUE(Base85DecodeBytes(text, back));
+            EXPECT_EQ(back, bytes);
+        }
+    for (int byte = 0; byte < 256; ++byte) {
+        std::string bytes(4, static_cast<char>(byte)), back;
+        EXPECT_TRUE(Base85DecodeBytes(Base85EncodeBytes(bytes, true), back));
+        EXPECT_EQ(back, bytes);
+    }
+}
+
+TEST(Base85, PublishedVectorsAndDamage) {
+    struct Case {
+        const char* text;
+        bool right;
+        std::string bytes;
+    };
+    const Case cases[] = {
+        {"87cURD]i,\"Ebo80~>", true, "Hello World!"},
+        {"<~87cURD]i,\"Ebo80~>", true, "Hello World!"},
+        {" 87cUR\r\nD]i,\"\tEbo80 ~>", true, "Hello World!"},
+        {"z~>", true, std::string(4, '\0')},
+        {"~>", true, ""},
+        {"<~~>", true, ""},
+        {"87cUR", false, ""},
+        {"87zcUR~>", false, ""},
+        {"87cU\x7Fv~>", false, ""},
+        {"<87cUR~>", false, ""},
+        {"87cUR~", false, ""},
+        {"", false, ""},
+        {"s8W-!~>", true, "\xFF\xFF\xFF\xFF"},
+        {"!~>", true, ""},
+    };
+    for (const Case& row : cases) {
+        std::string bytes;
+        EXPECT_EQ(Base85DecodeBytes(row.text, bytes), row.right) << row.text;
+        EXPECT_EQ(bytes, row.bytes) << row.text;
+    }
+    EXPECT_EQ(Base85EncodeBytes("", true), "<~~>");
+    EXPECT_EQ(Base85EncodeBytes("", false), "~>");
+    EXPECT_EQ(Base85EncodeBytes(std::string(3, '\0'), false), "!!!!~>") << "a short group is never a z";
+}
+
+class ScrambleTest : public PcTest {};
+
+TEST_F(ScrambleTest, PasswordsReadBackAndAnEmptyOneIsStoredToo) {
+    for (const char* password : {"", "a", "secret", "seven77", "eight888", "with blank and ~> and \"quotes\"", "4205173"}) {
+        std::string stored = EncryptString(password, passwordKey);
+        EXPECT_TRUE(stored.ends_with("~>"));
+        EXPECT_FALSE(stored.starts_with("<~"));
+        EXPECT_EQ(DecryptString(stored, passwordKey), password);
+    }
+    // Both guards and the first two key digits: 'a' ^ '4', 'a' ^ '2'.
+    EXPECT_EQ(Decode(EncryptString("", passwordKey)), std::string("\x55\x53"));
+    for (const char* damaged : {"", "~>", "garbage", "<~~>", "zz~>", "!!~>"}) DecryptString(damaged, passwordKey);
+}
+
+}  // namespace
