@@ -9,8 +9,8 @@ namespace pc {
 namespace {
 
 ClockTime FromSystem(const SYSTEMTIME& time) {
-    return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond, time.wMilliseconds,
-            time.wDayOfWeek};
+    return {time.wYear,   time.wMonth,  time.wDay,          time.wHour,
+            time.wMinute, time.wSecond, time.wMilliseconds, time.wDayOfWeek};
 }
 
 SYSTEMTIME ToSystem(const ClockTime& time) {

@@ -6,8 +6,8 @@ namespace {
 
 std::string SystemText(HRESULT code) {
     wchar_t text[512] = L"";
-    FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, static_cast<DWORD>(code), 0, text,
-                   512, nullptr);
+    FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, static_cast<DWORD>(code), 0,
+                   text, 512, nullptr);
     std::string words = Utf8(text);
     while (words.ends_with('\n') || words.ends_with('\r')) words.pop_back();
     return words;

@@ -26,12 +26,8 @@ FILETIME SplitTime(FileTime time) { return {static_cast<DWORD>(time), static_cas
 // Of the two structures in which the platform tells of a file.
 template <typename Data>
 FileInfo InfoFrom(std::string name, const Data& data) {
-    return {std::move(name),
-            data.dwFileAttributes,
-            Join(data.nFileSizeHigh, data.nFileSizeLow),
-            Join(data.ftCreationTime),
-            Join(data.ftLastAccessTime),
-            Join(data.ftLastWriteTime)};
+    return {std::move(name),           data.dwFileAttributes,       Join(data.nFileSizeHigh, data.nFileSizeLow),
+            Join(data.ftCreationTime), Join(data.ftLastAccessTime), Join(data.ftLastWriteTime)};
 }
 
 std::string LastPart(std::string path) {
@@ -126,7 +122,7 @@ bool MakeFolder(const std::string& path) { return Done(CreateDirectoryW(WidePath
 
 bool MakeSureFolderPathExists(const std::string& path) {
     size_t start = path.size() > 1 && path[1] == ':' ? 3 : 1;  // behind the drive
-    if (path.starts_with("\\\\")) {      // behind server and share
+    if (path.starts_with("\\\\")) {                            // behind server and share
         size_t share = path.find('\\', 2);
         start = share == std::string::npos ? 0 : path.find('\\', share + 1) + 1;
         if (start == 0) return Fail(ERROR_BAD_PATHNAME);
@@ -143,7 +139,8 @@ bool MakeSureFolderPathExists(const std::string& path) {
 uint32_t ShellMakeFolder(const std::string& path) {
     std::wstring wide = WidePath(path);
     // The shell does not take the prefix of long paths.
-    if (!wide.starts_with(L"\\\\?\\")) return static_cast<uint32_t>(SHCreateDirectoryExW(nullptr, wide.c_str(), nullptr));
+    if (!wide.starts_with(L"\\\\?\\"))
+        return static_cast<uint32_t>(SHCreateDirectoryExW(nullptr, wide.c_str(), nullptr));
     if (GetFileInfo(path)) return ERROR_ALREADY_EXISTS;
     return MakeSureFolderPathExists(path + "\\") ? ERROR_SUCCESS : lastError;
 }

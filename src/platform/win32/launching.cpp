@@ -119,10 +119,9 @@ bool RunWithInput(const std::string& commandLine, const std::string& input, std:
 intptr_t ShellOpen(const std::string& file, const std::string& verb, const std::string& parameters, int showCommand) {
     ComApartment apartment;
     std::wstring wideVerb = Wide(verb), wideParameters = Wide(parameters);
-    return reinterpret_cast<intptr_t>(ShellExecuteW(nullptr, verb.empty() ? nullptr : wideVerb.c_str(),
-                                                    Wide(file).c_str(),
-                                                    parameters.empty() ? nullptr : wideParameters.c_str(), nullptr,
-                                                    showCommand));
+    return reinterpret_cast<intptr_t>(
+        ShellExecuteW(nullptr, verb.empty() ? nullptr : wideVerb.c_str(), Wide(file).c_str(),
+                      parameters.empty() ? nullptr : wideParameters.c_str(), nullptr, showCommand));
 }
 
 bool ShowProperties(const std::string& path) {

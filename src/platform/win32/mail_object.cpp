@@ -42,7 +42,9 @@ bool MessageObject::Create() {
     return false;
 }
 
-bool MessageObject::SetField(const std::string& name, const std::string& value) { return PutField(object, name, value); }
+bool MessageObject::SetField(const std::string& name, const std::string& value) {
+    return PutField(object, name, value);
+}
 bool MessageObject::SetField(const std::string& name, int32_t value) { return PutField(object, name, value); }
 bool MessageObject::SetField(const std::string& name, bool value) { return PutField(object, name, value); }
 

@@ -43,9 +43,7 @@ bool GetExitCode(const Process& process, uint32_t& exitCode) {
     return true;
 }
 
-bool Terminate(const Process& process, uint32_t exitCode) {
-    return Done(TerminateProcess(Native(process), exitCode));
-}
+bool Terminate(const Process& process, uint32_t exitCode) { return Done(TerminateProcess(Native(process), exitCode)); }
 
 std::vector<ProcessEntry> ListProcesses() {
     std::vector<ProcessEntry> processes;

@@ -95,8 +95,8 @@ int32_t QueryValue(const Key& key, const std::string& name, uint32_t& type, std:
 int32_t SetValue(const Key& key, const std::string& name, uint32_t type, const std::string& data) {
     // Behind a text stands a character that is no NUL: the platform would count one in.
     std::wstring text = Wide(IsText(type) ? data : "") + L'|';
-    auto* bytes = IsText(type) ? reinterpret_cast<const BYTE*>(text.data())
-                               : reinterpret_cast<const BYTE*>(data.data());
+    auto* bytes =
+        IsText(type) ? reinterpret_cast<const BYTE*>(text.data()) : reinterpret_cast<const BYTE*>(data.data());
     size_t size = IsText(type) ? (text.size() - 1) * sizeof(wchar_t) : data.size();
     return RegSetValueExW(Native(key), Wide(name).c_str(), 0, type, bytes, static_cast<DWORD>(size));
 }
@@ -168,8 +168,8 @@ std::string ReadProfileText(const std::string& file, const std::string& section,
 
 int32_t ReadProfileNumber(const std::string& file, const std::string& section, const std::string& key,
                           int32_t defaultNumber) {
-    return static_cast<int32_t>(GetPrivateProfileIntW(Wide(section).c_str(), Wide(key).c_str(), defaultNumber,
-                                                      WidePath(file).c_str()));
+    return static_cast<int32_t>(
+        GetPrivateProfileIntW(Wide(section).c_str(), Wide(key).c_str(), defaultNumber, WidePath(file).c_str()));
 }
 
 std::string ReadProfileSection(const std::string& file, const std::string& section, size_t capacity) {

@@ -62,8 +62,8 @@ bool LoadShellLink(const std::string& path, ShellLink& link) {
     shell->GetArguments(arguments, MAX_PATH);
     shell->GetWorkingDirectory(workingFolder, MAX_PATH);
     shell->GetDescription(description, MAX_PATH);
-    link = {target.Get(),   arguments.Get(), workingFolder.Get(), description.Get(),
-            iconFile.Get(), iconIndex,       hotKey,              showCommand};
+    link = {target.Get(), arguments.Get(), workingFolder.Get(), description.Get(), iconFile.Get(),
+            iconIndex,    hotKey,          showCommand};
     return true;
 }
 

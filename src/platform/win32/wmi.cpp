@@ -38,9 +38,9 @@ HRESULT Connect(const std::wstring& nameSpace, Services& services) {
 template <typename Each>
 HRESULT ForEachObject(WmiTask& task, const Services& services, const std::wstring& query, Each each) {
     Com<IEnumWbemClassObject> found;
-    HRESULT result = services.Get()->ExecQuery(MakeBstr(L"WQL").Get(), MakeBstr(query).Get(),
-                                               WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr,
-                                               found.Receive());
+    HRESULT result =
+        services.Get()->ExecQuery(MakeBstr(L"WQL").Get(), MakeBstr(query).Get(),
+                                  WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, found.Receive());
     if (FAILED(result)) return result;
     LetActForCaller(found.Get());
     while (!task.Abandoned()) {
