@@ -33,16 +33,3 @@ bool IsOwnPath(const std::string& root, const std::string& tail) {
     }
     return true;
 }
-
-std::vector<std::string> SplitFolderList(const std::string& list, const std::string& folder) {
-    const std::string head = EndsWith(folder, "\\") ? folder : folder + "\\";
-    std::vector<std::string> entries;
-    size_t start = 0;
-    while (start < list.size()) {
-        size_t end = list.find(";" + head, start);
-        if (end == std::string::npos) end = EndsWith(list, ";") ? list.size() - 1 : list.size();
-        if (list.compare(start, head.size(), head) == 0) entries.push_back(list.substr(start, end - start));
-        start = end + 1;
-    }
-    return entries;
-}

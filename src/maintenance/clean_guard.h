@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 // A name that stands for exactly one entry of its folder: no separators, drive, wildcards or quotes, not "." or "..",
 // and no blank or point at the end, which the system would take off and so name another folder.
@@ -15,7 +14,3 @@ bool IsProfileFolder(const std::string& profile, const std::string& userProf);
 // must be a full path with a drive; tail starts with a backslash. What a link leads to is cleaned under its own path
 // or not at all.
 bool IsOwnPath(const std::string& root, const std::string& tail);
-
-// The entries of a list of subfolders ("path;path;...") of the folder. A name may hold ";" itself; since each entry
-// starts with the folder's path, which no name can hold, the cuts are certain.
-std::vector<std::string> SplitFolderList(const std::string& list, const std::string& folder);

@@ -5,6 +5,7 @@
 #include "controls/status_window.h"
 #include "maintenance/clean_guard.h"
 #include "platform/machine.h"
+#include "system/file_walk.h"
 #include "system/files.h"
 #include "system/operating_system.h"
 #include "system/paths.h"
@@ -191,10 +192,10 @@ private:
 
     void CleanStore(const std::string& profile, const Store& store) {
         if (!IsOwnPath(profile, store.folder)) return;
-        const std::string folder = profile + store.folder;
-        for (const std::string& user : SplitFolderList(fso.Get_DirList(folder, false), folder)) {
-            const std::string tail = user.substr(profile.size());
-            for (const StoreItem& item : store.items) CleanStoreItem(profile, tail, item);
+        // Entry by entry: a list of paths parted by ";" would break at a name that holds one.
+        for (const pc::FileInfo& user : ListEntries(profile + store.folder)) {
+            if (!user.IsFolder()) continue;
+            for (const StoreItem& item : store.items) CleanStoreItem(profile, store.folder + ("\\" + user.name), item);
         }
     }
 
