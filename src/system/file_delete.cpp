@@ -24,6 +24,7 @@ bool IsRoot(const std::string& path) {
 }
 
 bool IsLink(const std::string& path) {
+    RedirectionOff redirectionOff;
     std::optional<pc::FileInfo> item = pc::GetFileInfo(path);
     return item && item->IsLink();
 }
