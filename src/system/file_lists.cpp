@@ -54,8 +54,8 @@ int ParseDate(const std::string& text) {
 // Of a pattern with a star only the extension counts; one without a star takes every file.
 struct FilePattern {
     explicit FilePattern(const std::string& pattern)
-        : takesAll(pattern == "*.*" || pattern.find('*') == std::string::npos), extension(ExtensionOf(pattern)) {}
-    bool Matches(const std::string& name) const { return takesAll || EqualNoCase(ExtensionOf(name), extension); }
+        : takesAll(pattern == "*.*" || pattern.find('*') == std::string::npos), extension(ExtensionInName(pattern)) {}
+    bool Matches(const std::string& name) const { return takesAll || EqualNoCase(ExtensionInName(name), extension); }
 
     bool takesAll;
     std::string extension;

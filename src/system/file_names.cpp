@@ -39,7 +39,7 @@ std::string JoinPath(const std::string& folder, const std::string& name) {
     return EndsWith(folder, "\\") ? folder + name : folder + "\\" + name;
 }
 
-std::string ExtensionOf(const std::string& name) {
+std::string ExtensionInName(const std::string& name) {
     size_t dot = name.rfind('.');
     return dot == std::string::npos ? "" : name.substr(dot + 1);
 }
@@ -57,7 +57,7 @@ std::string clsFSO::StripDrive(const std::string& path) {
 }
 
 std::string clsFSO::Get_Extension(const std::string& path) {
-    return ExtensionOf(Get_Filename(path));
+    return ExtensionInName(Get_Filename(path));
 }
 
 std::string clsFSO::Get_FileNoExtension(const std::string& path) {

@@ -9,7 +9,7 @@
 
 std::string JoinPath(const std::string& folder, const std::string& name);
 // Behind the last dot of a file name; empty without one.
-std::string ExtensionOf(const std::string& name);
+std::string ExtensionInName(const std::string& name);
 // All entries of a folder in the platform's order; empty when it cannot be read.
 std::vector<pc::FileInfo> ListEntries(const std::string& folder);
 
