@@ -11,7 +11,7 @@
 struct HandEntry {
     std::string name, bytes;
     uint16_t method = zip::methodDeflated, flags = 0;
-    std::string localExtra, centralExtra;
+    std::string localExtra = {}, centralExtra = {};
     int64_t sizeClaim = -1, compressedClaim = -1, offsetClaim = -1;
     int64_t crcClaim = -1;
     bool descriptor = false;  // sizes follow the data, the local header says 0

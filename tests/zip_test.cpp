@@ -201,8 +201,9 @@ TEST_F(ZipTest, AnArchiveCutAtAnyByteOrChangedAnywhereHarmsNothing) {
         }
     EXPECT_EQ(Pc().FileText("C:\\Work\\beside"), "mine");
     for (const std::string& path : Pc().Tree("C:\\"))
-        if (path.find("b.txt") != std::string::npos && path.back() != '\\')
+        if (path.find("b.txt") != std::string::npos && path.back() != '\\') {
             EXPECT_EQ(path.rfind("C:\\Work\\out\\", 0), 0u) << path;
+        }
 }
 
 TEST_F(ZipTest, OpeningSaysWhatIsWrong) {
