@@ -25,10 +25,8 @@ bool Base85DecodeBytes(const std::string& source, std::string& destination) {
     destination.clear();
     std::string digits;  // values 0 to 84
     size_t i = 0;
-    if (!source.empty() && source[0] == '<') {
-        if (source.size() < 2 || source[1] != '~') return false;
-        i = 2;
-    }
+    // "<" is also a digit, and the one that every scrambled password begins with.
+    if (source.compare(0, 2, "<~") == 0) i = 2;
     bool ended = false;
     for (; i < source.size() && !ended; ++i) {
         char c = source[i];
