@@ -63,7 +63,7 @@ TEST(Base85, PublishedVectorsAndDamage) {
         {"87cUR", false, ""},
         {"87zcUR~>", false, ""},
         {"87cU\x7Fv~>", false, ""},
-        {"<7cUR~>", true, "\x56\xB4\xF5\x05"},
+        {"<7cUR~>", true, "\x54\xD7\x7F\x30"},
         {"87cUR~", false, ""},
         {"", false, ""},
         {"s8W-!~>", true, "\xFF\xFF\xFF\xFF"},

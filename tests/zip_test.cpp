@@ -219,6 +219,7 @@ TEST_F(ZipTest, OpeningSaysWhatIsWrong) {
 }
 
 TEST_F(ZipTest, FoldersAreZippedFlatOrRelative) {
+    Pc().AddFolder("C:\\Work");
     Pc().AddFile("C:\\Src\\One.TXT", "1");
     Pc().AddFile("C:\\Src\\Sub\\Two.txt", "2");
     Pc().AddJunction("C:\\Src\\Link", "C:\\Windows");
@@ -234,7 +235,7 @@ TEST_F(ZipTest, FoldersAreZippedFlatOrRelative) {
 
 TEST_F(ZipTest, TheLibraryIsPutIntoTheSystemFolderOnce) {
     Pc().AddResource("CUSTOM", "ZLIB", "library");
-    std::string path = Pc().Env("systemroot") + "\\system32\\zlib.dll";
+    std::string path = Pc().Env("systemroot") + "\\SysWOW64\\zlib.dll";
     EnsureZlib();
     EXPECT_EQ(Pc().FileText(path), "library");
     Pc().AddFile(path, "own");

@@ -39,7 +39,8 @@ bool MakeZip(const std::string& folderGiven, const std::string& zipPath, bool su
 
 void EnsureZlib() {
     std::string path = pc::Environment("systemroot") + "\\system32\\zlib.dll";
-    if (DoesFileExist(path)) return;
+    // The library is a 32-bit one, so it is looked for and written where the system takes a 32-bit program.
+    if (pc::CanOpenFile(path)) return;
     auto library = pc::LoadProgramResource("CUSTOM", "ZLIB");
     if (library) pc::WriteWholeFile(path, *library);
 }

@@ -80,16 +80,15 @@ bool ZipExtractionClass::FindEndRecord() {
         size_t at = bytes.rfind("PK\x05\x06");
         if (at != std::string::npos) {
             uint64_t position = start + at;
-            char record[zip::endSize] = {};
-            auto have = static_cast<size_t>(std::min<uint64_t>(fileSize - position, zip::endSize));
-            if (!ReadAt(position, record, have)) return false;
+            char record[zip::endSize];
+            if (!ReadAt(position, record, sizeof record)) return false;
             std::string_view view(record, zip::endSize);
             end = {zip::Get16(view, 4), zip::Get16(view, 6), zip::Get16(view, 10), zip::Get32(view, 12),
                    zip::Get32(view, 16), ""};
             auto commentSize = static_cast<size_t>(
-                std::min<uint64_t>(zip::Get16(view, 20), fileSize - position - have));
+                std::min<uint64_t>(zip::Get16(view, 20), fileSize - position - zip::endSize));
             end.comment.resize(commentSize);
-            return ReadAt(position + have, end.comment.data(), commentSize) && ReadEnd64(position);
+            return ReadAt(position + zip::endSize, end.comment.data(), commentSize) && ReadEnd64(position);
         }
         if (start == 0) break;
         top = start;
