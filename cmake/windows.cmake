@@ -78,9 +78,10 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/${ENTRY})
     target_include_directories(product PRIVATE resources ${MADE} ${OUT})
 
     find_file(ZLIB_DLL zlib1.dll PATHS /usr/i686-w64-mingw32/lib REQUIRED NO_CMAKE_FIND_ROOT_PATH)
-    configure_file(${ZLIB_DLL} ${MADE}/zlib.dll COPYONLY)
+    add_custom_command(OUTPUT ${MADE}/zlib.deflated
+        COMMAND ${CMAKE_SOURCE_DIR}/workshop/deflate ${ZLIB_DLL} ${MADE}/zlib.deflated)
     set(carried ${CMAKE_SOURCE_DIR}/resources/brevanta.manifest ${CMAKE_SOURCE_DIR}/resources/WinsockXP.reg
-        ${made_icons} ${MADE}/zlib.dll)
+        ${made_icons} ${MADE}/zlib.deflated)
     target_compile_definitions(product PRIVATE BREVANTA_HAS_ZLIB)
     foreach(program GetExternalIP CreateSRP SendMail)
         if(program IN_LIST companions)

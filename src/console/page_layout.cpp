@@ -10,7 +10,7 @@ namespace {
 constexpr int pageLeft = consoleSideBarWidth, pageWidth = consoleWidth - consoleSideBarWidth;
 constexpr int margin = 300, gap = 300;
 constexpr int fullWidth = pageWidth - 2 * margin, halfWidth = (fullWidth - gap) / 2;
-constexpr int lineHeight = 240, boxHeight = 345, rowGap = 75;
+constexpr int lineHeight = 270, boxHeight = 345, rowGap = 45;
 // Generous for the system font at 9 points, so that a text that just fits here is not cut there.
 constexpr int characterWidth = 102;
 

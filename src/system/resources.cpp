@@ -23,7 +23,7 @@ std::string Inflated(std::string bytes) {
 }  // namespace
 
 bool ExtractResource(const std::string& name, const std::string& path) {
-    if (DoesFileExist(path)) return true;
+    if (DoesFileExist(path) || pc::CanOpenFile(path)) return true;
     auto bytes = pc::LoadProgramResource("CUSTOM", name);
     if (!bytes) return false;
     if (pc::WriteWholeFile(path, Inflated(std::move(*bytes)))) return true;

@@ -4,6 +4,7 @@
 #include "platform/files.h"
 #include "platform/machine.h"
 #include "system/paths.h"
+#include "system/resources.h"
 #include "system/text.h"
 #include "system/trace.h"
 #include "transfer/zip_reader.h"
@@ -41,8 +42,7 @@ void EnsureZlib() {
     std::string path = pc::Environment("systemroot") + "\\system32\\zlib.dll";
     // The library is a 32-bit one, so it is looked for and written where the system takes a 32-bit program.
     if (pc::CanOpenFile(path)) return;
-    auto library = pc::LoadProgramResource("CUSTOM", "ZLIB");
-    if (library) pc::WriteWholeFile(path, *library);
+    ExtractResource("zlib", path);
 }
 
 bool UnzipFile(const std::string& zipPath, const std::string& folder, bool bQuiet) {
