@@ -35,6 +35,8 @@ public:
         for (const std::string& pattern : Split(LowerCase(patternList), ';')) {
             all = all || pattern == "*.*" || pattern == "*";
             if (!pattern.empty()) patterns.push_back(pattern);
+            // As the system has it, ".*" at the end stands for no extension too.
+            if (EndsWith(pattern, ".*")) patterns.push_back(pattern.substr(0, pattern.size() - 2));
         }
     }
 
