@@ -182,10 +182,10 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
 
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process) {
     process.Close();
-    RunningProgram* program = Running(processId);
+    if (Running(processId) && Pc().Fails(denied)) return false;
+    RunningProgram* program = Running(processId);  // may have ended meanwhile
     if (!program) return Pc().Refuse(invalidParameter);
     if (program->behaviour.isProtected) return Pc().Refuse(denied);
-    if (Pc().Fails(denied)) return false;
     process.value = nextHandle += 4;
     ThePrograms().handles[process.value] = {processId, access};
     return true;
