@@ -231,7 +231,10 @@ void Control::UserClickedItem(int groupNumber, int item) {
 }
 
 void Control::TimerTicked() {
-    if (!enabled) return;
+    // A handler that lets events run is not entered again.
+    if (!enabled || ticking) return;
     HandlerScope scope;
+    ticking = true;
     Run(onTimer);
+    ticking = false;
 }

@@ -210,7 +210,7 @@ private:
     uint32_t flags;
     int group;
     Box box;
-    bool visible, enabled, isBold, isUnderlined = false;
+    bool visible, enabled, isBold, isUnderlined = false, ticking = false;
     int value = 0, maximum = 100, interval = 0, selected = -1;
     uint32_t colour = colourButtonText;
     std::vector<std::string> items, columns;

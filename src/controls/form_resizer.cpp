@@ -4,10 +4,11 @@
 
 namespace {
 
-// value * now / design, rounded to the nearest; 64 bits so that no size overflows.
+// value * now / design, rounded to the nearest (halves up); 64 bits so that no size overflows. design is above 0.
 int Scale(int value, int now, int design) {
-    int64_t doubled = 2 * static_cast<int64_t>(value) * now + design;
-    return static_cast<int>(doubled / (2 * static_cast<int64_t>(design)));
+    int64_t numerator = 2 * static_cast<int64_t>(value) * now + design, denominator = 2 * static_cast<int64_t>(design);
+    int64_t quotient = numerator / denominator;
+    return static_cast<int>(quotient - (numerator % denominator < 0));
 }
 
 }  // namespace

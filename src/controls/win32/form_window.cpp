@@ -123,8 +123,9 @@ void OnFocus(FormWindow& form) {
 void OnGetLimits(const FormWindow& form, MINMAXINFO& limits) {
     if (form.form.Definition().border != Border::sizable) return;
     SIZE contents = SmallestContents(form), size = OuterSize(form, contents.cx, contents.cy);
-    limits.ptMinTrackSize.x = std::min<LONG>(size.cx, limits.ptMaxSize.x);
-    limits.ptMinTrackSize.y = std::min<LONG>(size.cy, limits.ptMaxSize.y);
+    RECT area = WorkArea(form.window);
+    limits.ptMinTrackSize.x = std::min(size.cx, area.right - area.left);
+    limits.ptMinTrackSize.y = std::min(size.cy, area.bottom - area.top);
 }
 
 // The tool tip's text: the control's own, or all of a label's text that does not fit.

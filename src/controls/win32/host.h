@@ -128,6 +128,7 @@ void PlaceControl(ControlWindow& view);
 void PlaceAllControls(FormWindow& form);
 // Hides what is hidden, or lies wholly beneath a page.
 void RefreshVisibility(FormWindow& form);
+RECT WorkArea(HWND window);  // of its monitor, without the task bar
 void PlaceFormFirst(FormWindow& form);
 SIZE OuterSize(const FormWindow& form, int clientWidth, int clientHeight);
 // The smallest contents in pixels; below it the form scrolls.

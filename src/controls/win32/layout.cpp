@@ -32,14 +32,6 @@ bool IsCovered(const Control& control) {
     return false;
 }
 
-RECT WorkArea(HWND window) {
-    MONITORINFO monitor = {};
-    monitor.cbSize = sizeof monitor;
-    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor))
-        SystemParametersInfoW(SPI_GETWORKAREA, 0, &monitor.rcWork, 0);
-    return monitor.rcWork;
-}
-
 bool FollowsEdges(const Form& form) {
     return std::any_of(form.Controls().begin(), form.Controls().end(), [](auto& control) {
         return (control->Flags() & (growWidth | growHeight | moveRight | moveDown)) != 0;
@@ -79,6 +71,14 @@ void ScrollTo(FormWindow& form, LONG x, LONG y) {
 }
 
 }  // namespace
+
+RECT WorkArea(HWND window) {
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor))
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &monitor.rcWork, 0);
+    return monitor.rcWork;
+}
 
 void PlaceControl(ControlWindow& view) {
     const Control& control = view.control;

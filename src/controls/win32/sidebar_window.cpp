@@ -34,7 +34,9 @@ struct SideBarView {
 namespace {
 
 // Pixels at 96 dots per inch.
-constexpr int margin = 12, cardGap = 12, radius = 5, padding = 14, rowPadding = 7, textLeft = 30, bottomPadding = 5;
+constexpr int margin = 12, cardGap = 12, radius = 5, padding = 14, rowPadding = 6, textLeft = 30, itemEnd = 10,
+              chevronRoom = 30, bottomPadding = 5;
+constexpr UINT wrapping = DT_WORDBREAK | DT_NOPREFIX;
 
 const SideBarGroup& GroupOf(const Part& part) { return part.bar.control.Groups()[static_cast<size_t>(part.group) - 1]; }
 int Scale(const Part& part, int pixels) { return Scaled(pixels, part.bar.form.dpi); }
@@ -60,6 +62,14 @@ void DrawChevron(HDC dc, const Part& part, const RECT& client, COLORREF colour) 
     DrawLines(dc, line, 3, std::max(Scale(part, 3) / 2, 1), colour);
 }
 
+// Over as many lines as it needs, in the middle of the height.
+void DrawPartText(HDC dc, const Part& part, const RECT& client, int left, int right, COLORREF colour) {
+    RECT area = {left, 0, client.right - right, client.bottom};
+    SIZE size = MeasureString(PartText(part), PartFont(part), area.right - area.left, wrapping);
+    area.top = std::max<LONG>((client.bottom - size.cy) / 2, 0);
+    DrawString(dc, PartText(part), area, PartFont(part), colour, wrapping);
+}
+
 void DrawHeader(HDC dc, const Part& part, const RECT& client, bool pressed) {
     const Look& look = Colours();
     const SideBarGroup& group = GroupOf(part);
@@ -73,9 +83,7 @@ void DrawHeader(HDC dc, const Part& part, const RECT& client, bool pressed) {
     if (group.expanded) card.bottom += Scale(part, 2 * radius);  // only the upper corners are round
     FillRound(dc, card, Scale(part, radius), fill, group.special ? fill : look.border);
     DrawChevron(dc, part, client, text);
-    RECT area = {Scale(part, padding), 0, client.right - Scale(part, padding + 16), client.bottom};
-    DrawString(dc, PartText(part), area, PartFont(part), text,
-               DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+    DrawPartText(dc, part, client, Scale(part, padding), Scale(part, chevronRoom), text);
 }
 
 void DrawItem(HDC dc, const Part& part, const RECT& client, bool pressed) {
@@ -93,10 +101,7 @@ void DrawItem(HDC dc, const Part& part, const RECT& client, bool pressed) {
     int half = Scale(part, 3), x = Scale(part, padding + 3), y = client.bottom / 2;
     POINT arrow[3] = {{x - half / 2, y - half}, {x + half - half / 2, y}, {x - half / 2, y + half}};
     DrawLines(dc, arrow, 3, std::max(Scale(part, 3) / 2, 1), lit || !enabled ? text : look.accent);
-    RECT area = {Scale(part, textLeft), 0, client.right - Scale(part, 10), client.bottom};
-    SIZE size = MeasureString(PartText(part), PartFont(part), area.right - area.left, DT_WORDBREAK | DT_NOPREFIX);
-    area.top = std::max<LONG>((client.bottom - size.cy) / 2, 0);
-    DrawString(dc, PartText(part), area, PartFont(part), text, DT_WORDBREAK | DT_NOPREFIX);
+    DrawPartText(dc, part, client, Scale(part, textLeft), Scale(part, itemEnd), text);
 }
 
 void DrawPart(const Part& part, const DRAWITEMSTRUCT& draw) {
@@ -132,12 +137,11 @@ void DrawBackground(const ControlWindow& bar, HDC target) {
 // --- layout
 
 int PartHeight(const Part& part, int width) {
-    if (part.kind == PartKind::header)
-        return std::max(Scale(part, 32), LineHeight(PartFont(part)) + Scale(part, 2 * rowPadding));
-    int indent = part.kind == PartKind::item ? textLeft + 10 : 2 * padding;
-    int text =
-        MeasureString(PartText(part), PartFont(part), width - Scale(part, indent), DT_WORDBREAK | DT_NOPREFIX).cy;
-    return part.kind == PartKind::item ? text + Scale(part, 2 * rowPadding) : text + Scale(part, 4);
+    bool header = part.kind == PartKind::header, item = part.kind == PartKind::item;
+    int beside = header ? padding + chevronRoom : item ? textLeft + itemEnd : 2 * padding;
+    int text = MeasureString(PartText(part), PartFont(part), width - Scale(part, beside), wrapping).cy;
+    if (header) return std::max(Scale(part, 32), text + Scale(part, 2 * rowPadding));
+    return text + Scale(part, item ? 2 * rowPadding : 4);
 }
 
 // Places the parts of one group from y on; the y below it.
