@@ -52,12 +52,8 @@ companion(create_srp CreateSRP ADMINISTRATOR)
 companion(safe_mode Pelmark ADMINISTRATOR)
 companion(maintenance_check BrevantaMCStub)
 
-# libcurl with SMTP and the system's own TLS alone, for the mail companion; kept with the other caches when there are any.
-if(DEFINED ENV{BREVANTA_CACHE})
-    set(CURL $ENV{BREVANTA_CACHE}/curl)
-else()
-    set(CURL ${CMAKE_BINARY_DIR}/curl)
-endif()
+# libcurl with SMTP and the system's own TLS alone, for the mail companion. dev keeps it with the other caches.
+set(CURL ${CMAKE_BINARY_DIR}/curl CACHE PATH "Where libcurl for the mail companion is built")
 add_custom_command(OUTPUT ${CURL}/lib/libcurl.a
     COMMAND ${CMAKE_SOURCE_DIR}/workshop/make_curl ${CURL}
     COMMENT "libcurl for the mail companion")

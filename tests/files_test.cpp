@@ -90,6 +90,14 @@ TEST_F(FilesTest, DelTreeTakesAllAndNothingBehindALink) {
     EXPECT_FALSE(fso.DelTree32(precious));
 }
 
+TEST_F(FilesTest, ALinkThatStaysIsNotTakenOver) {
+    PlantTree();
+    Pc().FailCall(1);
+    EXPECT_TRUE(fso.KillFile("C:\\T\\link.txt"));
+    EXPECT_JOURNAL({"delete C:\\T\\link.txt"});
+    ExpectPreciousUntouched();
+}
+
 TEST_F(FilesTest, DelTreeClearsReadOnlyOnlyWhereItIs) {
     Pc().AddFile("C:\\T\\a");
     Pc().AddFile("C:\\T\\b", "", pc::attributeReadOnly);

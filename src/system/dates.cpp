@@ -16,9 +16,11 @@ std::optional<CalendarDate> ParseDate(const std::string& text) {
     }
     if (count < 3) return {};
     int order = pc::ShortDateOrder();
-    CalendarDate date = order == 2 || parts[0] > 31 ? CalendarDate{parts[0], parts[1], parts[2]}
-                        : order == 1                ? CalendarDate{parts[2], parts[1], parts[0]}
-                                                    : CalendarDate{parts[2], parts[0], parts[1]};
+    // A number above 31 is the year, also where the text comes from a system of another order.
+    bool yearFirst = parts[0] > 31 || (order == 2 && parts[2] <= 31);
+    CalendarDate date = yearFirst    ? CalendarDate{parts[0], parts[1], parts[2]}
+                        : order == 1 ? CalendarDate{parts[2], parts[1], parts[0]}
+                                     : CalendarDate{parts[2], parts[0], parts[1]};
     if (date.month > 12 && date.day <= 12) std::swap(date.month, date.day);
     // Two digits mean this or the last century, as the system's own reading has it.
     if (date.year < 100) date.year += date.year < 30 ? 2000 : 1900;

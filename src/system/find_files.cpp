@@ -1,22 +1,26 @@
-#include "platform/files.h"
+#include "system/file_walk.h"
 #include "system/paths.h"
 #include "system/processes.h"
 #include "system/program_state.h"
 #include "system/text.h"
-#include "system/trace.h"
 
 namespace {
 
-// File name patterns with * and ?, case ignored. "*.*" is every name, also one without a dot.
-bool Matches(std::string_view pattern, std::string_view name) {
+constexpr size_t filesBetweenPumps = 128;
+
+bool IsInsideCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
+// * and ?, the latter for one character of UTF-8. Steps back to the last star only, so the time is bounded.
+bool Matches(std::string_view name, std::string_view pattern) {
     size_t p = 0, n = 0, star = std::string::npos, mark = 0;
     while (n < name.size()) {
-        if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == name[n])) {
-            ++p;
-            ++n;
-        } else if (p < pattern.size() && pattern[p] == '*') {
+        if (p < pattern.size() && pattern[p] == '*') {
             star = p++;
             mark = n;
+        } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == name[n])) {
+            bool wholeCharacter = pattern[p++] == '?';
+            ++n;
+            while (wholeCharacter && n < name.size() && IsInsideCharacter(name[n])) ++n;
         } else if (star != std::string::npos) {
             p = star + 1;
             n = ++mark;
@@ -24,57 +28,34 @@ bool Matches(std::string_view pattern, std::string_view name) {
             return false;
         }
     }
-    while (p < pattern.size() && pattern[p] == '*') ++p;
-    return p == pattern.size();
+    return pattern.find_first_not_of('*', p) == std::string::npos;
 }
-
-class Search {
-public:
-    Search(const std::string& patternList, std::vector<std::string>& foundPaths, bool recurseToo)
-        : found(foundPaths), recurse(recurseToo) {
-        for (const std::string& pattern : Split(LowerCase(patternList), ';')) {
-            all = all || pattern == "*.*" || pattern == "*";
-            if (!pattern.empty()) patterns.push_back(pattern);
-        }
-    }
-
-    void Walk(const std::string& folder) {
-        std::vector<std::string> deeper;
-        pc::ListFolder(folder, "*", [&](const pc::FileInfo& item) {
-            if (item.IsFolder()) {
-                // A link to a folder is not entered: what it points to is no part of this tree.
-                if (recurse && !item.IsLink()) deeper.push_back(folder + "\\" + item.name);
-            } else if (IsWanted(item.name)) {
-                found.push_back(folder + "\\" + item.name);
-            }
-            return true;
-        });
-        DoEvents();
-        for (const std::string& next : deeper) {
-            if (State().bCancelSearch) return;
-            Walk(next);
-        }
-    }
-
-private:
-    bool IsWanted(const std::string& name) const {
-        if (all) return true;
-        std::string lower = LowerCase(name);
-        for (const std::string& pattern : patterns)
-            if (Matches(pattern, lower)) return true;
-        return false;
-    }
-
-    std::vector<std::string> patterns;
-    std::vector<std::string>& found;
-    bool recurse, all = false;
-};
 
 }  // namespace
 
 void FindFiles(const std::string& folder, const std::string& patterns, std::vector<std::string>& found, bool recurse) {
+    std::vector<std::string> wanted;
+    for (const std::string& pattern : Split(LowerCase(patterns), ';')) {
+        wanted.push_back(pattern);
+        // As the system has it, ".*" at the end stands for no extension too: "*.*" is every file.
+        if (EndsWith(pattern, ".*")) wanted.push_back(pattern.substr(0, pattern.size() - 2));
+    }
+    size_t seen = 0;
     State().bCancelSearch = false;
-    RedirectionOff redirection;
-    Search(patterns, found, recurse).Walk(StripTrailingCharacters(folder, '\\'));
+    auto take = [&](const std::string& path, const pc::FileInfo& file) {
+        if (++seen % filesBetweenPumps == 0) DoEvents();
+        if (State().bCancelSearch) return false;
+        std::string name = LowerCase(file.name);
+        for (const std::string& pattern : wanted) {
+            if (!Matches(name, pattern)) continue;
+            found.push_back(path);
+            break;
+        }
+        return true;
+    };
+    WalkTree(folder, recurse, take, [](const std::string&) {
+        DoEvents();
+        return !State().bCancelSearch;
+    });
     State().bCancelSearch = false;
 }

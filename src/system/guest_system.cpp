@@ -19,17 +19,19 @@ std::string Without(const std::string& text, const char* head) {
     return StartsWith(text, head) ? text.substr(std::string(head).size()) : text;
 }
 
-std::string Unquoted(std::string text) {
+// Without the quotes around it; what stands behind the closing quote goes as well.
+std::string Unquoted(const std::string& text) {
     if (text.empty() || text[0] != '"') return text;
-    if (text.back() != '"' || text.size() == 1) text = StripEndOfString(text, "\"");
-    return ReplaceAll(text, "\"", "");
+    if (text.size() > 1 && text.back() == '"') return text.substr(1, text.size() - 2);
+    return StripEndOfString(text.substr(1), "\"", true);
 }
 
 }  // namespace
 
 bool IsGuestOS(const std::string& drive) {
     std::string upper = UpperCase(drive);
-    return upper != UpperCase(pc::Environment("homedrive")) && upper != UpperCase(pc::Environment("windir").substr(0, 2));
+    return upper != UpperCase(pc::Environment("homedrive")) &&
+           upper != UpperCase(pc::Environment("windir").substr(0, 2));
 }
 
 std::string GetWinDir(bool askUser) {
@@ -45,7 +47,7 @@ std::string GetWinDir(bool askUser) {
     if (!folder.empty()) return folder;
     DebugOutput("GetWinDir:  could not find %windir%, moving to manual selection.");
     return Pick(Question(askUser, " drive.                 Please select the correct Windows folder for " +
-                                       UpperCase(drive) + " drive now:"));
+                                      UpperCase(drive) + " drive now:"));
 }
 
 std::string GetSysDir(bool askUser) {
@@ -85,26 +87,20 @@ std::string GetRealFilePath(const std::string& commandText) {
     std::string drive = Target().sTargetDrive;
     bool bRegistryGuestMode = LowerCase(pc::Environment("systemdrive")) != LowerCase(drive);
     std::string text = LowerCase(commandText);
-    for (const char* launcher : {"%windir%\\system32\\rundll32.exe", "%systemroot%\\system32\\rundll32.exe",
-                                 "rundll32.exe", "rundll32"})
+    for (const char* launcher :
+         {"%windir%\\system32\\rundll32.exe", "%systemroot%\\system32\\rundll32.exe", "rundll32.exe", "rundll32"})
         text = Strip(text, launcher);
     text = StripCommandArguments(Unquoted(text));
     if (StartsWith(text, "system32")) text = drive + "\\windows\\" + text;
     const std::pair<const char*, std::string> replacements[] = {
-        {"\\systemroot\\", drive + "\\windows\\"},
-        {"\\%systemroot%\\", drive + "\\windows\\"},
-        {"%systemroot%", drive + "\\windows"},
-        {"%windir%", drive + "\\windows"},
-        {"%programfiles%", drive + "\\program files"},
-        {"%programfiles(x86)%", drive + "\\program files (x86)"},
+        {"\\systemroot\\", drive + "\\windows\\"},     {"\\%systemroot%\\", drive + "\\windows\\"},
+        {"%systemroot%", drive + "\\windows"},         {"%windir%", drive + "\\windows"},
+        {"%programfiles%", drive + "\\program files"}, {"%programfiles(x86)%", drive + "\\program files (x86)"},
     };
     for (const auto& [from, to] : replacements) text = ReplaceAll(text, from, to);
     text = Without(text, StartsWith(text, "\\??\\") ? "\\??\\" : "\\\\.\\");
     text = Without(Without(text, "globalroot"), "\\\\.\\globalroot");
-    text = drive + StripDriveLetter(text);
-    if (text.find('\\') == std::string::npos)
-        for (const char* folder : {"\\Windows\\", "\\Windows\\System32\\", "\\Windows\\System32\\Drivers\\"})
-            if (DoesFileExist(drive + folder + text)) text = drive + folder + text;
+    text = drive + StripDriveLetter(text);  // a bare name stays a bare name behind the drive
     DebugOutput("GetRealFilePath: (bRegistryGuestMode=", bRegistryGuestMode, ")");
     DebugOutput("\t- Passed:  ", commandText);
     DebugOutput("\t- Returned:  ", text);

@@ -57,20 +57,36 @@ bool HoldsLine(const std::string& file, const std::string& line) {
     return false;
 }
 
-// Moves one item into a folder; a folder that is there already takes the items one by one.
-bool MoveInto(const std::string& folder, const pc::FileInfo& item, const std::string& target) {
-    std::string from = folder + "\\" + item.name, to = target + "\\" + item.name;
-    if (!item.IsFolder() || item.IsLink() || !DoesDirExistNoDebug(to)) return pc::MovePath(from, to, true);
-    bool all = MoveFileQuiet(from + "\\*.*", to);
-    return pc::RemoveFolder(from) && all;
+// The path, or the first of "name (2).txt", "name (3).txt" ... that is not taken.
+std::string FreeName(const std::string& path) {
+    size_t point = path.rfind('.');
+    if (point == std::string::npos || path.find('\\', point) != std::string::npos) point = path.size();
+    std::string name = path;
+    for (int n = 2; pc::GetFileInfo(name); ++n)
+        name = path.substr(0, point) + " (" + NumberText(n) + ")" + path.substr(point);
+    return name;
 }
 
-std::string FreeName(const std::string& path) {
-    for (int n = 2; n < 1000; ++n) {
-        std::string name = path + " (" + NumberText(n) + ")";
-        if (!pc::GetFileInfo(name)) return name;
-    }
-    return path;
+// Moves a file over what is there, as the shell does also when that is read-only.
+bool MoveOver(const std::string& from, const std::string& to) {
+    if (pc::MovePath(from, to, true)) return true;
+    auto there = pc::GetFileInfo(to);
+    if (!there || there->IsFolder() || !(there->attributes & pc::attributeReadOnly)) return false;
+    if (!pc::ChangeAttributes(to, pc::attributeNormal)) return false;
+    if (pc::MovePath(from, to, true)) return true;
+    pc::ChangeAttributes(to, there->attributes);
+    return false;
+}
+
+// Moves one item to a path. A folder goes whole, or item by item into one that is there or when something in it is
+// in use.
+bool MoveItem(const std::string& from, const pc::FileInfo& item, const std::string& to) {
+    if (!item.IsFolder() || item.IsLink()) return MoveOver(from, to);
+    if (StartsWith(LowerCase(to + "\\"), LowerCase(from + "\\"))) return false;  // into itself
+    if (!pc::GetFileInfo(to) && pc::MovePath(from, to, false)) return true;
+    if (!MakeFolderPath(to)) return false;
+    bool all = MoveFileQuiet(from + "\\*.*", to);
+    return pc::RemoveFolder(from) && all;
 }
 
 }  // namespace
@@ -98,7 +114,7 @@ std::string StripPath(const std::string& path) {
 
 std::string StripNameFromPathNoDebug(const std::string& path) {
     size_t at = path.rfind('\\');
-    return at == std::string::npos ? path : path.substr(0, at);
+    return at == std::string::npos ? "" : path.substr(0, at);
 }
 
 std::string StripNameFromPath(const std::string& path) {
@@ -252,10 +268,11 @@ bool CopyFileQuiet(const std::string& source, const std::string& target, bool re
 bool MoveFileQuiet(const std::string& source, const std::string& target, bool renameOnCollision) {
     RedirectionOff redirection;
     std::string pattern = StripPath(source), folder = StripNameFromPathNoDebug(source);
+    std::string to = StripTrailingCharacters(target, '\\');
+    auto place = [&](const std::string& path) { return renameOnCollision ? FreeName(path) : path; };
     if (pattern.find_first_of("*?") == std::string::npos) {
-        std::string to = DoesDirExistNoDebug(target) ? target + "\\" + pattern : target;
-        if (renameOnCollision && pc::GetFileInfo(to)) to = FreeName(to);
-        return pc::MovePath(source, to, true);
+        auto item = pc::GetFileInfo(source);
+        return item && MoveItem(source, *item, place(DoesDirExistNoDebug(to) ? to + "\\" + pattern : to));
     }
     // One by one: a file that is in use does not keep the others from moving.
     std::vector<pc::FileInfo> items;
@@ -263,7 +280,9 @@ bool MoveFileQuiet(const std::string& source, const std::string& target, bool re
         items.push_back(item);
         return true;
     });
-    for (const pc::FileInfo& item : items) all = MoveInto(folder, item, target) && all;
+    if (!items.empty() && !MakeFolderPath(to)) return false;
+    for (const pc::FileInfo& item : items)
+        all = MoveItem(folder + "\\" + item.name, item, place(to + "\\" + item.name)) && all;
     return all;
 }
 
@@ -274,5 +293,7 @@ bool MakeFolderPath(const std::string& folder) {
 }
 
 std::string ShowFilePicker(const std::string& startFolder, const std::string& title, const std::string& filter) {
-    return pc::PickFile(startFolder, title, filter);
+    // Pairs of text and pattern; one part alone is both.
+    std::string parts = ReplaceAll(filter, ":", "|");
+    return pc::PickFile(startFolder, title, parts.find('|') == std::string::npos ? parts + "|" + parts : parts);
 }

@@ -15,7 +15,7 @@ TargetSystem& Target();
 
 std::string StripDriveLetter(const std::string& path);
 std::string StripPath(const std::string& path);          // behind the last backslash
-std::string StripNameFromPath(const std::string& path);  // before the last backslash
+std::string StripNameFromPath(const std::string& path);  // before the last backslash; empty without one
 std::string StripNameFromPathNoDebug(const std::string& path);
 std::string Strip(std::string text, const std::string& remove);
 std::string StripEndOfString(const std::string& text, const std::string& delimiter, bool useFirstDelimiter = false,
@@ -35,7 +35,7 @@ bool IsVistaProfileLayout();
 std::string GetRealFilePath(const std::string& commandText);
 void LoadProfileList(bool askUser = false);
 
-// Makes the folder; appends or overwrites (bytes as given, closed by CR LF). noDuplicates: a line that is there
+// Makes the folder; appends or overwrites (in the ANSI code page, closed by CR LF). noDuplicates: a line that is there
 // already (case ignored) is not added again.
 bool SaveTextToFile(const std::string& file, const std::string& text, bool overwrite, bool noDuplicates = false);
 bool SaveTextToFileNoDebug(const std::string& file, const std::string& text, bool overwrite,
@@ -48,7 +48,8 @@ std::string VersionString(const std::string& tag = "", const std::string& suffix
 // Three numbers with points between; false when newVersion is not newer or either is malformed.
 bool IsNewerVersion(const std::string& oldVersion, const std::string& newVersion);
 std::string FileOrDir(const std::string& path);  // "file", "dir" or "neither"
-// Shell copy and move, wildcards allowed, redirection off.
+// Silent copy and move over what is there, wildcards allowed in the last part, redirection off. A missing target folder
+// is made for a wildcard. A move goes on past a file that is in use, which then stays; false when anything stayed.
 bool CopyFileQuiet(const std::string& source, const std::string& target, bool renameOnCollision = false);
 bool MoveFileQuiet(const std::string& source, const std::string& target, bool renameOnCollision = false);
 bool MakeFolderPath(const std::string& folder);

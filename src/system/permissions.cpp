@@ -45,7 +45,8 @@ uint32_t PermissionRoot(const std::string& root) {
     static constexpr struct {
         const char* name;
         uint32_t handle;
-    } rows[] = {{"HKCU", pc::currentUser}, {"HKLM", pc::localMachine}, {"HKU", pc::usersRoot}, {"HKCR", pc::classesRoot}};
+    } rows[] = {{"HKCU", pc::currentUser}, {"HKLM", pc::localMachine},
+                {"HKU", pc::usersRoot}, {"HKCR", pc::classesRoot}};
     for (const auto& row : rows)
         if (EqualNoCase(root, row.name)) return row.handle;
     DebugOutput("SetPerm\\RegSetKeyPermission - Bad skey passed:  " + root);

@@ -13,10 +13,9 @@ namespace {
 constexpr size_t readCapacity = 255;
 
 std::optional<int16_t> FromHex(const std::string& digits) {
-    if (digits.empty() || digits.size() > 4) return {};
-    char* end = nullptr;
-    unsigned long value = std::strtoul(digits.c_str(), &end, 16);
-    if (*end || digits[0] == '-' || digits[0] == '+' || digits[0] == ' ') return {};
+    if (digits.empty() || digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) return {};
+    unsigned long value = std::strtoul(digits.c_str(), nullptr, 16);
+    if (value > 0xFFFF) return {};
     return static_cast<int16_t>(value);
 }
 

@@ -4,17 +4,22 @@
 
 namespace {
 
-// One code point of valid UTF-8; a stray byte counts as itself and is kept.
+// What Next gives for a byte that is no part of valid UTF-8: no letter of any alphabet.
+constexpr uint32_t strayByte = 0xFFFFFFFF;
+
+// The code point at i, and i behind it. A stray byte counts as one character and is kept as it is.
 uint32_t Next(std::string_view text, size_t& i) {
     auto byte = [&](size_t at) { return static_cast<unsigned char>(text[at]); };
     unsigned char first = byte(i++);
-    size_t more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC2 ? 1 : 0;
-    if (more == 0 || i + more > text.size()) return first;
+    if (first < 0x80) return first;
+    size_t more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+    if (first < 0xC2 || first > 0xF4 || i + more > text.size()) return strayByte;
     uint32_t code = first & (0x3Fu >> more);
     for (size_t k = 0; k < more; ++k) {
-        if ((byte(i + k) & 0xC0) != 0x80) return first;
+        if ((byte(i + k) & 0xC0) != 0x80) return strayByte;
         code = code << 6 | (byte(i + k) & 0x3Fu);
     }
+    if (more > 1 && code < 0x800) return strayByte;  // a longer form than it needs
     i += more;
     return code;
 }
@@ -32,8 +37,9 @@ void Append(std::string& text, uint32_t code) {
 struct CaseRun {
     uint32_t firstUpper, lastUpper, distance;
 };
-constexpr CaseRun caseRuns[] = {{'A', 'Z', 32},          {0xC0, 0xD6, 32},    {0xD8, 0xDE, 32},  {0x391, 0x3A1, 32},
-                                {0x3A3, 0x3A9, 32},      {0x410, 0x42F, 32},  {0x400, 0x40F, 80}};
+constexpr CaseRun caseRuns[] = {{'A', 'Z', 32},      {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x386, 0x386, 38},
+                                {0x388, 0x38A, 37},  {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32},
+                                {0x3A3, 0x3AB, 32},  {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
 
 template <typename Map>
 std::string MapCase(std::string_view text, Map map) {
@@ -140,7 +146,8 @@ std::string HexText(uint32_t number) {
 std::string FixedText(double value, int decimals) {
     double scale = std::pow(10.0, decimals);
     // The nudge mends halves that binary numbers cannot hold, such as 1.005.
-    auto scaled = static_cast<int64_t>(std::floor(std::fabs(value) * scale + 0.5 + 1e-9));
+    double rounded = std::floor(std::fabs(value) * scale + 0.5 + 1e-9);
+    auto scaled = rounded < 9e18 ? static_cast<int64_t>(rounded) : INT64_MAX;
     std::string digits = NumberText(scaled);
     auto wanted = static_cast<size_t>(decimals);
     if (digits.size() <= wanted) digits.insert(0, wanted + 1 - digits.size(), '0');

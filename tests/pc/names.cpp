@@ -96,7 +96,7 @@ std::string FolderPart(const std::string& path) {
     return end == std::string::npos ? "" : path.substr(0, end);
 }
 
-std::string ExtensionOf(const std::string& path) {
+std::string FoldedExtension(const std::string& path) {
     std::string name = LastPart(path);
     size_t point = name.find_last_of('.');
     return point == std::string::npos ? "" : Fold(name.substr(point + 1));

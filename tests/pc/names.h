@@ -25,4 +25,4 @@ std::string Hex(uint32_t number);
 // Behind the last backslash; before it (without the backslash); behind the last point of the name, folded.
 std::string LastPart(const std::string& path);
 std::string FolderPart(const std::string& path);
-std::string ExtensionOf(const std::string& path);
+std::string FoldedExtension(const std::string& path);

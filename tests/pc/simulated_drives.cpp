@@ -32,7 +32,7 @@ struct ShellTask {
 
     // A name beside the taken one, as the shell finds it.
     static std::string FreePath(const std::string& path) {
-        std::string extension = ExtensionOf(path), stem = path;
+        std::string extension = FoldedExtension(path), stem = path;
         if (!extension.empty()) stem = path.substr(0, path.size() - extension.size() - 1);
         std::string tail = path.substr(stem.size()), copy = stem + " - Copy" + tail;
         for (int i = 2; Resolve(copy).node; ++i)
@@ -152,7 +152,7 @@ std::string FileTypeName(const std::string& path) {
     Place place = Resolve(path, true);
     if (!place.node) return "";
     if (place.node->IsFolder()) return "File folder";
-    std::string extension = ExtensionOf(path);
+    std::string extension = FoldedExtension(path);
     auto found = known.find(extension);
     return found != known.end() ? found->second : extension.empty() ? "File" : extension + " File";
 }

@@ -171,7 +171,7 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
     else if (image.node->locked || image.node->writers)
         code = 32;
     for (const char* document : {"TXT", "REG", "INI", "MSC", "CPL", "URL", "LNK", "HTM", "ZIP"})
-        if (image.node && ExtensionOf(image.path) == document) code = badImage;
+        if (image.node && FoldedExtension(image.path) == document) code = badImage;
     if (!code) code = BehaviourOf(commandLine).startError;
     if (!code && Pc().ChangeFails(8)) code = Pc().lastError;
     Pc().Note(note + (code ? " -> error " + Decimal(code) : ""));
@@ -182,10 +182,10 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
 
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process) {
     process.Close();
-    RunningProgram* program = Running(processId);
+    if (Running(processId) && Pc().Fails(denied)) return false;
+    RunningProgram* program = Running(processId);  // may have ended meanwhile
     if (!program) return Pc().Refuse(invalidParameter);
     if (program->behaviour.isProtected) return Pc().Refuse(denied);
-    if (Pc().Fails(denied)) return false;
     process.value = nextHandle += 4;
     ThePrograms().handles[process.value] = {processId, access};
     return true;
@@ -251,7 +251,7 @@ intptr_t ShellOpen(const std::string& file, const std::string& verb, const std::
         if (!place.node && file.find('\\') == std::string::npos) place = FindProgram(file);
         if (!place.node) return static_cast<intptr_t>(place.error == 3 ? 3 : 2);
         if (place.node->denied) return denied;
-        std::string extension = ExtensionOf(place.path);
+        std::string extension = FoldedExtension(place.path);
         if (extension.empty()) return 31;
         program = extension == "EXE" || extension == "COM" || extension == "BAT" || extension == "CMD";
     }

@@ -358,19 +358,19 @@ std::string Start(const Fields& f) {
     std::wstring command = Wide(f[0]), folder = Wide(f[1]), output = Wide(f[2]);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    HANDLE file = INVALID_HANDLE_VALUE;
-    if (!output.empty()) {
-        SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-        file = CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS, 0, nullptr);
-        if (file == INVALID_HANDLE_VALUE) return Failed("output file: error " + Number(GetLastError()));
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdOutput = startup.hStdError = file;
-    }
+    // Never our own output: what the programs and theirs print would stand between the answers.
+    SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+    HANDLE file = CreateFileW(output.empty() ? L"NUL" : output.c_str(), GENERIC_WRITE,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, output.empty() ? OPEN_EXISTING : CREATE_ALWAYS,
+                              0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return Failed("output file: error " + Number(GetLastError()));
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError = file;
     PROCESS_INFORMATION process{};
-    BOOL done = CreateProcessW(nullptr, command.data(), nullptr, nullptr, !output.empty(), 0, nullptr,
+    BOOL done = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                folder.empty() ? nullptr : folder.c_str(), &startup, &process);
     DWORD error = GetLastError();
-    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+    CloseHandle(file);
     if (!done) return Failed("CreateProcess: error " + Number(error));
     CloseHandle(process.hThread);
     started[process.dwProcessId] = process.hProcess;
