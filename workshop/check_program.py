@@ -15,9 +15,14 @@ NEWEST_SYSTEM = (5, 1)  # in the header: Windows XP
 
 
 def allowed_imports():
-    """{library.dll: {name}} from sections of names."""
-    sections = re.split(r"^\[(.+)\]\n", re.sub(r"^#.*", "", (HERE / "allowed_imports.txt").read_text(), flags=re.M), flags=re.M)
-    return {library: set(names.split()) for library, names in zip(sections[1::2], sections[2::2])}
+    """{library.dll: {name}} from lines of names under the library's."""
+    allowed = {}
+    for line in (HERE / "allowed_imports.txt").read_text().splitlines():
+        if line.startswith("["):
+            names = allowed.setdefault(line.strip("[]"), set())
+        elif line and not line.startswith("#"):
+            names.update(line.split())
+    return allowed
 
 
 def complaints(file):
@@ -42,7 +47,8 @@ def complaints(file):
 
 def main():
     found = [f"{file}: {complaint}" for file in map(pathlib.Path, sys.argv[1:]) for complaint in complaints(file)]
-    print("\n".join(found))
+    for line in found:
+        print(line)
     sys.exit(bool(found))
 
 

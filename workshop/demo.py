@@ -16,14 +16,14 @@ from harness import NO, OK, OUT, Pc, YES, wait  # noqa: E402
 
 
 def prepare(pc):
-    """The panel with the demo branding, and a profile with something to clean."""
+    """The panel with the demo branding, and two profiles with something to clean."""
     pc.install()
     for file in (ROOT / "resources/demo").glob("*"):
         shutil.copy(file, pc.folder)
     planted = []
-    for folder in ("Temp", "AppData/Local/Temp"):
+    for profile in (pc.user, pc.drive / "users/Anna"):
         for number in range(20):
-            file = pc.user / folder / f"old{number}.tmp"
+            file = profile / f"AppData/Local/Temp/old{number}.tmp"
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_bytes(bytes(50_000))
             planted.append(file)
