@@ -4,6 +4,7 @@ Unicode true
 !include "MUI2.nsh"
 !include "LogicLib.nsh"
 !include "FileFunc.nsh"
+!include "x64.nsh"
 
 !define PRODUCT "Brevanta"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}"
@@ -181,6 +182,10 @@ Section "Uninstall"
     RMDir /r "$INSTDIR\InfoTemp"
     RMDir "$INSTDIR"
     DeleteRegKey HKLM "${UNINSTALL}"
+    ; The panel writes into the view of the system, 64-bit where there is one.
+    ${If} ${RunningX64}
+        SetRegView 64
+    ${EndIf}
     DeleteRegKey HKLM "Software\Talvenmoor\Maintenance"
     DeleteRegKey /ifempty HKLM "Software\Talvenmoor"
     DeleteRegKey HKLM "Software\Brevanta"

@@ -1,0 +1,144 @@
+"""What keeps panels current: the cloud area, the web address of a settings set, the program's own update."""
+import io
+import struct
+import zipfile
+
+from harness import OUT, Journey, wait
+from loopback import FtpServer, HttpServer, Reply
+
+CLOUD = """
+[Branding]
+AppName=Old Name
+UseNewInterface=0
+[General]
+LastMaintenance=11/01/2026 9:00:00 AM
+[Nimbra]
+UserName=tech
+Password={password}
+UpdateAtLaunch=1
+[ScheduledTasks]
+UpdateConfigLoc={address}
+"""
+
+
+def scrambled(password):
+    guarded = ("a" + password + "a").encode()
+    key = b"4205173"
+    data = bytes(b ^ key[i % len(key)] for i, b in enumerate(guarded))
+    text = ""
+    for i in range(0, len(data), 4):
+        group = data[i:i + 4]
+        value = struct.unpack(">I", group.ljust(4, b"\0"))[0]
+        digits = ""
+        for _ in range(5):
+            digits = chr(33 + value % 85) + digits
+            value //= 85
+        text += "z" if group == b"\0\0\0\0" else digits[:len(group) + 1]
+    return text + "~>"
+
+
+def archive(files):
+    data = io.BytesIO()
+    with zipfile.ZipFile(data, "w", zipfile.ZIP_DEFLATED) as zip_file:
+        for name, content in files.items():
+            zip_file.writestr(name, content)
+    return data.getvalue()
+
+
+NEW_SET = archive({"brevanta.ini": "[Branding]\r\nAppName=New Name\r\nUseNewInterface=1\r\n"})
+
+
+class UpdatesJourney(Journey):
+    def write(self, user="tech", address=""):
+        text = CLOUD.format(password=scrambled("secret"), address=address)
+        self.pc.write_settings(text if user else text.replace("UserName=tech", "UserName="))
+
+    def settings(self):
+        return (self.pc.folder / "Brevanta.ini").read_text("cp1252")
+
+    def test_cloud_set_comes_at_start_and_usage_goes_at_the_end(self):
+        area = self.pc.session / "area"
+        (area / "Brevanta").mkdir(parents=True)
+        (area / "Brevanta/BrevantaConfig.zip").write_bytes(NEW_SET)
+        self.pc.install("Brevanta.exe")
+        self.write()
+        with FtpServer(area):
+            program = self.pc.start()
+            panel = self.pc.form("frmMainNew", 60)
+            self.assertTrue(panel.title().startswith("New Name"))
+            panel.close()
+            program.wait(60)
+        self.assertIn("LastMaintenance=11/01/2026 9:00:00 AM", self.settings())
+        self.assertFalse((self.pc.folder / "BrevantaConfig.zip").exists())
+        self.assertEqual(self.pc.registry(r"HKLM\Software\Talvenmoor\Maintenance", "LastRun", 64), "11/01/2026 9:00:00 AM")
+
+    def test_usage_is_uploaded_and_the_local_file_goes(self):
+        area = self.pc.session / "area"
+        area.mkdir()
+        (area / "Brevanta").mkdir()
+        self.pc.install("Brevanta.exe")
+        self.write()
+        with FtpServer(area):
+            program = self.pc.start()
+            self.pc.form("frmMain", 60).close()
+            program.wait(60)
+        usage = list((area / "Brevanta/Usage").glob("*.usage"))
+        self.assertEqual(len(usage), 1)
+        self.assertIn("AppLaunch=1", usage[0].read_text())
+        self.assertFalse((self.pc.folder / "Usage.ini").exists())
+
+    def test_scheduled_set_from_the_web_and_a_hostile_one(self):
+        self.pc.install("Brevanta.exe")
+        cases = [(NEW_SET, "New Name"), (NEW_SET[:-30], "Old Name"), (b"no zip", "Old Name"),
+                 (archive({"../evil.ini": "x", "brevanta.ini": "[A]\r\nb=c"}), "Old Name"),
+                 (archive({"brevanta.ini": "\0\0garbage"}), "Old Name"),
+                 (archive({"supportlogo.png": "x"}), "Old Name")]
+        for body, name in cases:
+            self.write(user="", address="http://update.brevanta.example/set.zip")
+            with HttpServer({"/set.zip": body}):
+                self.pc.start("/updateconfig").wait(60)
+            self.assertIn(f"AppName={name}", self.settings())
+            self.assertIn("LastMaintenance=11/01/2026 9:00:00 AM", self.settings())
+            self.assertFalse((self.pc.drive / "evil.ini").exists())
+
+    def with_version(self, program, version):
+        """The program with other numbers in its version resource."""
+        data = bytearray(program)
+        at = data.find(struct.pack("<I", 0xFEEF04BD))
+        struct.pack_into("<II", data, at + 8, version[0] << 16 | version[1] & 0xFFFF, version[2] << 16)
+        for offset in (8, 16):
+            struct.pack_into("<HHHH", data, at + offset, version[1], version[0], 0, version[2])
+        return bytes(data)
+
+    def update(self, files, version="9.0.0"):
+        manifest = archive({"TalvenmoorUpdates.ini": f"[Brevanta]\r\nCurrentVersion={version}\r\n"})
+        with HttpServer({"/TalvenmoorUpdates.zip": manifest, "/BrevantaEXE.zip": files}):
+            self.pc.start("/updateonly").wait(90)
+
+    def test_update_swaps_sound_programs_and_refuses_others(self):
+        self.pc.install("Brevanta.exe", "Pelmark.exe", "BrevantaMCStub.exe")
+        self.pc.write_settings("[Branding]\nAppName=Old Name")
+        old = (OUT / "Brevanta.exe").read_bytes()
+        newer, older = self.with_version(old, (9, 0, 0)), self.with_version(old, (1, 0, 0))
+        whole = archive({"Brevanta.exe": newer, "Pelmark.exe": b"MZ new", "BrevantaMCStub.exe": b"MZ new"})
+        refused = [archive({"Brevanta.exe": b"a text"}), archive({"Pelmark.exe": b"MZ new"}), whole[:-100],
+                   archive({"Brevanta.exe": older}), archive({"Brevanta.exe": newer, "../x": "x"})]
+        for body in refused:
+            self.update(body)
+            self.assertEqual((self.pc.folder / "Brevanta.exe").read_bytes(), old)
+            self.assertEqual((self.pc.folder / "Pelmark.exe").read_bytes(), (OUT / "Pelmark.exe").read_bytes())
+        self.update(whole, "4.0.0")
+        self.assertEqual((self.pc.folder / "Brevanta.exe").read_bytes(), old)
+        self.update(whole)
+        self.assertEqual((self.pc.folder / "Brevanta.exe").read_bytes(), newer)
+        self.assertEqual((self.pc.folder / "Pelmark.exe").read_bytes(), b"MZ new")
+        self.pc.start()
+        self.pc.form("frmMain", 60)
+
+    def test_a_cut_off_swap_is_put_right_by_the_copy_that_was_moved_aside(self):
+        self.pc.install("Brevanta.exe", "Pelmark.exe", "BrevantaMCStub.exe")
+        for name in ("Brevanta", "Pelmark", "BrevantaMCStub"):
+            (self.pc.folder / f"{name}.exe").rename(self.pc.folder / f"{name}_old.exe")
+        self.pc.start("", r"C:\Brevanta\Brevanta_old.exe").wait(30)
+        for name in ("Brevanta", "Pelmark", "BrevantaMCStub"):
+            self.assertEqual((self.pc.folder / f"{name}.exe").read_bytes(), (OUT / f"{name}.exe").read_bytes())
