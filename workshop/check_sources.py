@@ -10,7 +10,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 
 # A room includes only itself and what stands behind it.
-ROOMS = ["startup", "console", "panel", "repair", "maintenance", "mail", "transfer", "controls", "system", "platform"]
+ROOMS = ["startup", "console", "panel", "maintenance", "repair", "mail", "transfer", "controls", "system", "platform"]
 
 # Only here may the platform itself be seen.
 PLATFORM = re.compile(r"(src/(platform|controls)/win32|tools|tests/windows|bench/windows)/")

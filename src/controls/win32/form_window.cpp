@@ -266,6 +266,9 @@ void FocusNext(FormWindow& form) {
 }
 
 void Start() {
+    static bool started = false;
+    if (started) return;
+    started = true;
     OleInitialize(nullptr);
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     if (!InitCommonControlsEx(&controls)) InitCommonControls();
@@ -274,6 +277,8 @@ void Start() {
 }
 
 void Create(Form& form) {
+    // Modes without a window of their own still load hidden forms, the download's above all.
+    Start();
     BorderStyle border = StyleOf(form.Definition().border);
     auto view = std::make_unique<FormWindow>(form);
     view->window = CreateWindowExW(border.extended | WS_EX_CONTROLPARENT, formClass, pc::Wide(form.Caption()).c_str(),
