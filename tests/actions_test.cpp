@@ -22,10 +22,14 @@ TEST_F(ActionsTest, SideBarGoesByPosition) {
         {{noMail}, 1, {none, remoteSupport, remoteSupport, remoteSupport, none}},
         {{twoOptions}, 1, {none, chosenEmail, secondEmail, remoteSupport, none}},
         {{twoOptions, noMail}, 1, {none, remoteSupport, secondEmail, remoteSupport, none}},
-        {{}, 2, {none, maintenance, fixInternet, customButton0, customButton1, customButton2, customButton3,
-                 customButton4, none}},
-        {{restorePage}, 2, {none, restorePointPage, maintenance, fixInternet, customButton0, customButton1,
-                            customButton2, customButton3, customButton4, none}},
+        {{},
+         2,
+         {none, maintenance, fixInternet, customButton0, customButton1, customButton2, customButton3, customButton4,
+          none}},
+        {{restorePage},
+         2,
+         {none, restorePointPage, maintenance, fixInternet, customButton0, customButton1, customButton2, customButton3,
+          customButton4, none}},
         {{secondButton}, 2, {none, maintenance, fixInternet, customButton0}},  // its caption is another one's
         {{}, 3, {none, none, none}},
         {{}, 0, {none, none}},
@@ -39,12 +43,10 @@ TEST_F(ActionsTest, SideBarGoesByPosition) {
 }
 
 TEST_F(ActionsTest, ClicksReachTheirActions) {
-    const std::vector<Key> keys = {{"EmailConfig", "OfferTwoOptions", "1"},
-                                   {"EmailConfig", "SecondaryEmailURLOnly", "http://desk.example/"},
-                                   {"Branding", "UseIBForEmail", "0"},
-                                   {"Branding", "LogoToWebsite", "0"},
-                                   {"Branding", "ShowPreRemoteURL", "0"},
-                                   {"CustomButton", "ShowButton", "1"}};
+    const std::vector<Key> keys = {
+        {"EmailConfig", "OfferTwoOptions", "1"}, {"EmailConfig", "SecondaryEmailURLOnly", "http://desk.example/"},
+        {"Branding", "UseIBForEmail", "0"},      {"Branding", "LogoToWebsite", "0"},
+        {"Branding", "ShowPreRemoteURL", "0"},   {"CustomButton", "ShowButton", "1"}};
     const struct {
         const char* control;  // of the classic face, or none for an item of the sidebar
         int group, item;
@@ -131,8 +133,8 @@ TEST_F(ActionsTest, ClosingEndsByTheUsageUploadAtAnyTime) {
 }
 
 TEST(AddressText, TakesAddressesOnly) {
-    for (const char* address : {"203.0.113.7", "0.0.0.0", "255.255.255.255", "::", "::1", "2001:db8::7",
-                                "1:2:3:4:5:6:7:8"})
+    for (const char* address :
+         {"203.0.113.7", "0.0.0.0", "255.255.255.255", "::", "::1", "2001:db8::7", "1:2:3:4:5:6:7:8"})
         EXPECT_TRUE(IsAddressText(address)) << address;
     for (const char* other : {"256.1.1.1", "1.2.3", "1.2.3.4.5", "1.2.3.4 ", "1..2.3", "0001.2.3.4", "",
                               "1:2:3:4:5:6:7", "1:2:3:4:5:6:7:8:9", "1::2::3", "1:::2", ":1:2", "1:2:3:4:5:6:7:",

@@ -29,9 +29,10 @@ protected:
 };
 
 TEST_F(ModesTest, WholeLineChoosesTheMode) {
-    const char* arguments[] = {"/maintenance",    "/disablemaintenance", "/config",       "/configskin",  "/updateonly",
-                               "/installoemlink", "/installer",          "/updateconfig", "/uninstaller", "/clientinfo",
-                               "/rp0",            "/rp1",                "/rp2"};
+    const char* arguments[] = {"/maintenance", "/disablemaintenance", "/config",    "/configskin",
+                               "/updateonly",  "/installoemlink",     "/installer", "/updateconfig",
+                               "/uninstaller", "/clientinfo",         "/rp0",       "/rp1",
+                               "/rp2"};
     ASSERT_EQ(Modes().size(), std::size(arguments) + 1);
     std::set<std::string> controls, skin;
     for (size_t i = 0; i < std::size(arguments); ++i) {
@@ -40,7 +41,8 @@ TEST_F(ModesTest, WholeLineChoosesTheMode) {
         if (mode.usesControls) controls.insert(mode.argument);
         if (mode.usesSkin) skin.insert(mode.argument);
     }
-    EXPECT_EQ(controls, (std::set<std::string>{"/maintenance", "/config", "/configskin", "/updateonly", "/clientinfo"}));
+    EXPECT_EQ(controls,
+              (std::set<std::string>{"/maintenance", "/config", "/configskin", "/updateonly", "/clientinfo"}));
     EXPECT_EQ(skin, (std::set<std::string>{"/maintenance", "/config", "/configskin"}));
     for (const char* other : {"", "/rp3", "/rp", "/config ", " /config", "/config /maintenance", "config", "/auto",
                               "\"/config\"", "/MAINTENANCE"})

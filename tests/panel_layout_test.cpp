@@ -19,6 +19,29 @@ std::vector<std::string> SideBarOf(Form& form) {
     return lines;
 }
 
+bool Overlap(const Box& a, const Box& b) {
+    return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
+           b.top < a.top + a.height;
+}
+
+// Every shown control lies inside its container and, but for the ball on the frame, on no neighbour.
+void ExpectTidy(Form& form) {
+    std::vector<Control*> shown;
+    for (const auto& control : form.Controls())
+        if (control->GetKind() != Kind::timer && control->Visible()) shown.push_back(control.get());
+    for (Control* one : shown) {
+        Box place = one->Place(), outer{0, 0, form.Width(), form.Height()};
+        if (Control* container = form.Find(one->Container())) outer = container->Place();
+        EXPECT_TRUE(place.left >= 0 && place.top >= 0 && place.left + place.width <= outer.width &&
+                    place.top + place.height <= outer.height)
+            << one->Name();
+        for (Control* other : shown)
+            EXPECT_FALSE(one != other && one->Container() == other->Container() && one->Name() != "imgBall" &&
+                         other->Name() != "imgBall" && Overlap(place, other->Place()))
+                << one->Name() << " " << other->Name();
+    }
+}
+
 TEST_F(PanelLayoutTest, TextsAndButtons) {
     const struct {
         std::vector<Key> keys;
@@ -36,7 +59,9 @@ TEST_F(PanelLayoutTest, TextsAndButtons) {
         {{{"Branding", "ShowSupportAppButton", "0"}}, "cmdStartSupport", "Start Support Session", false},
         {{{"Branding", "ShowEmailButton", "0"}}, "cmdEmailSupport", "Email Support", false},
         {{}, "cmdCustom", "Custom Button", false},
-        {{{"CustomButton", "ShowButton", "1"}, {"CustomButton", "ButtonCaption", "Backup"}}, "cmdCustom", "Backup",
+        {{{"CustomButton", "ShowButton", "1"}, {"CustomButton", "ButtonCaption", "Backup"}},
+         "cmdCustom",
+         "Backup",
          true},
         {{}, "lblCustomLarge", "Custom text, optional hyperlink", true},
         {{{"Branding", "ShowLargeCustomText", "0"}}, "lblCustomLarge", "Custom text, optional hyperlink", false},
@@ -174,36 +199,17 @@ TEST_F(PanelLayoutTest, GarbageFilesChangeNothing) {
     }
 }
 
-bool Overlap(const Box& a, const Box& b) {
-    return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
-           b.top < a.top + a.height;
-}
-
-// Every shown control lies inside its container and, but for the ball on the frame's edge and the page that covers
-// the panel, on no neighbour.
-void ExpectTidy(Form& form) {
-    std::vector<Control*> shown;
-    for (const auto& control : form.Controls())
-        if (control->GetKind() != Kind::timer && control->Visible()) shown.push_back(control.get());
-    for (Control* one : shown) {
-        Box place = one->Place(), outer{0, 0, form.Width(), form.Height()};
-        if (Control* container = form.Find(one->Container())) outer = container->Place();
-        EXPECT_TRUE(place.left >= 0 && place.top >= 0 && place.left + place.width <= outer.width &&
-                    place.top + place.height <= outer.height)
-            << one->Name();
-        for (Control* other : shown)
-            EXPECT_FALSE(one != other && one->Container() == other->Container() && one->Name() != "imgBall" &&
-                         other->Name() != "imgBall" && Overlap(place, other->Place()))
-                << one->Name() << " " << other->Name();
-    }
-}
-
 TEST_F(PanelLayoutTest, NothingCoversAnything) {
     for (const FormDefinition* face : {&frmMain, &frmMainNew})
         for (const char* logo : {"UseStdLogo", "UseRectLogo", "UseLargeLogo", "none"})
-            ExpectTidy(Show(*face, {{"CustomButton", "ShowButton", "1"},
-                                    {"Branding", logo, "1"},
-                                    {"Branding", "UseLargeRectLogo", "1"}}));
+            ExpectTidy(Show(
+                *face,
+                {{"CustomButton", "ShowButton", "1"}, {"Branding", logo, "1"}, {"Branding", "UseLargeRectLogo", "1"}}));
+    for (const FormDefinition* face : {&frmMain, &frmMainNew}) {
+        Prepare();
+        Pc().DeleteTree(logoFile);
+        ExpectTidy(ShowForm(*face));
+    }
     EXPECT_LE(frmMainNew.width / 15, 1024 - 20);
     EXPECT_LE(frmMainNew.height / 15, 768 - 80);
 }

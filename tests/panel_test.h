@@ -19,14 +19,16 @@ class PanelTest : public PcTest {
 protected:
     static constexpr const char* settingsFile = "C:\\Panel\\Brevanta.ini";
     static constexpr const char* languageFile = "C:\\Panel\\AltLang.INI";
+    static constexpr const char* logoFile = "C:\\Panel\\supportlogo.png";
     static constexpr const char* usageFile = "C:\\Panel\\Usage.ini";
 
-    // A fresh PC with these settings; nothing is shown yet.
+    // A fresh PC with these settings and a logo; nothing is shown yet.
     void Prepare(const std::vector<Key>& keys = {}, Windows windows = Windows::sevenX64) {
         SimulatedPc::UseWindows(windows);
         State() = {};
         ForgetForms();
         for (const Key& key : keys) Pc().SetIni(settingsFile, key.section, key.key, key.value);
+        Pc().AddFile(logoFile, "picture");
         InitPaths(true, true);
         ConnectPanel();
     }

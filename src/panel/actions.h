@@ -8,10 +8,10 @@ enum class PanelAction {
     maintenance,
     fixInternet,
     remoteSupport,
-    firstEmail,         // the classic button
-    chosenEmail,        // first mail item of the sidebar
-    secondEmail,        // second mail item
-    customButton0,      // section CustomButton
+    firstEmail,     // the classic button
+    chosenEmail,    // first mail item of the sidebar
+    secondEmail,    // second mail item
+    customButton0,  // section CustomButton
     customButton1,
     customButton2,
     customButton3,

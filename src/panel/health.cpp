@@ -93,7 +93,8 @@ void GetInternalIP(Form& form) {
 void GetHealth(Form& form) {
     ShowLastMaintenance(form);
     bool fault = false;
-    for (auto item : {GetRAM, GetHDD, ShowInternet, GetAV, GetFirewall, GetAutoUpdates, GetSystemRestore, GetOS, GetUAC})
+    for (auto item :
+         {GetRAM, GetHDD, ShowInternet, GetAV, GetFirewall, GetAutoUpdates, GetSystemRestore, GetOS, GetUAC})
         if (item(form)) fault = true;
     GetInternalIP(form);
     if (Control* ball = form.Find("imgBall")) ball->SetPicture(fault ? "#red" : "#green");

@@ -23,17 +23,25 @@ constexpr std::array<ControlSpec, A + B> Join(const std::array<ControlSpec, A>& 
     return all;
 }
 
-// Two columns inside the health frame, a row each 300 twips.
+// Two columns inside the health frame, below its title.
+constexpr int HealthTop(int row) { return 570 + 330 * row; }
+constexpr int healthHeight = HealthTop(12) + 90;
+
 constexpr ControlSpec HealthLabel(int row, const char* name, const char* caption) {
-    return {.kind = Kind::label, .name = name, .caption = caption, .box = {240, 360 + 300 * row, 1800, 240},
+    return {.kind = Kind::label,
+            .name = name,
+            .caption = caption,
+            .box = {240, HealthTop(row), 1800, 240},
             .container = "frameHealth"};
 }
 constexpr ControlSpec HealthValue(int row, const char* name, int width) {
-    return {.kind = Kind::label, .name = name, .caption = "---", .box = {2160, 360 + 300 * row, width, 240},
-            .container = "frameHealth", .flags = noPrefix};
+    return {.kind = Kind::label,
+            .name = name,
+            .caption = "---",
+            .box = {2160, HealthTop(row), width, 240},
+            .container = "frameHealth",
+            .flags = noPrefix};
 }
-constexpr int healthHeight = 360 + 300 * 12 + 120;
-
 constexpr std::array<ControlSpec, 24> HealthControls(int valueWidth) {
     return {HealthLabel(0, "Label6", "Last Maintenance:"),    HealthValue(0, "lblLastMaint", valueWidth),
             HealthLabel(1, "Label4", "Storage Space:"),       HealthValue(1, "lblHDD", valueWidth),
@@ -50,10 +58,10 @@ constexpr std::array<ControlSpec, 24> HealthControls(int valueWidth) {
 }
 
 // Logo and phone on the left, health beside them, a row of buttons below.
-constexpr int classicWidth = 10260, classicHeight = 5880;
+constexpr int classicWidth = 11400, classicHeight = 6480;
 
 constexpr ControlSpec ActionButton(int column, const char* name, const char* caption) {
-    return {.kind = Kind::button, .name = name, .caption = caption, .box = {240 + 1980 * column, 4560, 1860, 540}};
+    return {.kind = Kind::button, .name = name, .caption = caption, .box = {240 + 2208 * column, 5100, 2088, 540}};
 }
 
 constexpr auto classicControls = Join(
@@ -63,65 +71,81 @@ constexpr auto classicControls = Join(
         ActionButton(2, "cmdStartSupport", "Start Support Session"),
         ActionButton(3, "cmdEmailSupport", "Email Support"),
         ActionButton(4, "cmdCustom", "Custom Button"),
-        {.kind = Kind::button, .name = "cmdClose", .caption = "Close", .box = {8640, 5280, 1380, 360}},
+        {.kind = Kind::button, .name = "cmdClose", .caption = "Close", .box = {9780, 5880, 1380, 360}},
         {.kind = Kind::image, .name = "AlphaImgCtl1", .box = {360, 360, 1815, 1575}},
-        {.kind = Kind::label, .name = "lblTel", .caption = "Telephone:", .box = {240, 2460, 2280, 240},
-         .flags = noPrefix},
-        {.kind = Kind::label, .name = "lblPhone", .box = {240, 2700, 2400, 420}, .flags = heading | noPrefix},
-        {.kind = Kind::frame, .name = "frameHealth", .caption = "Your PC Health",
-         .box = {2760, 240, 7260, healthHeight}},
-        {.kind = Kind::image, .name = "imgBall", .box = {9240, 120, 480, 480}},
-        {.kind = Kind::label, .name = "txtStatus", .box = {240, 5340, 8160, 240}, .flags = noPrefix},
+        {.kind = Kind::label,
+         .name = "lblTel",
+         .caption = "Telephone:",
+         .box = {60, 2235, 2400, 240},
+         .flags = alignCenter | noPrefix},
+        {.kind = Kind::label,
+         .name = "lblPhone",
+         .box = {60, 2475, 2400, 420},
+         .flags = heading | alignCenter | noPrefix},
+        {.kind = Kind::frame,
+         .name = "frameHealth",
+         .caption = "Your PC Health",
+         .box = {2760, 240, 8400, healthHeight}},
+        {.kind = Kind::image, .name = "imgBall", .box = {10500, 330, 480, 480}},
+        {.kind = Kind::label, .name = "txtStatus", .box = {240, 5940, 9360, 240}, .flags = noPrefix},
         {.kind = Kind::timer, .name = "Timer1", .box = {}, .flags = disabled},
     },
-    HealthControls(4920));
+    HealthControls(6000));
 
-constexpr ControlSpec OnPage(Kind kind, const char* name, const char* caption, Box box, uint32_t flags = 0) {
-    return {.kind = kind, .name = name, .caption = caption, .box = box, .container = "picSRP", .flags = flags};
+constexpr ControlSpec OnPage(Kind kind, const char* name, const char* caption, Box box) {
+    return {.kind = kind, .name = name, .caption = caption, .box = box, .container = "picSRP"};
+}
+constexpr ControlSpec InSchedule(Kind kind, const char* name, const char* caption, Box box, uint32_t flags = 0) {
+    return {.kind = kind, .name = name, .caption = caption, .box = box, .container = "frameSRP", .flags = flags};
 }
 constexpr std::array<ControlSpec, 4> ScheduleRow(int row, const char* enable, const char* day, const char* time,
                                                  const char* name) {
-    int top = 1680 + 480 * row;
-    std::array<ControlSpec, 4> specs{OnPage(Kind::checkBox, enable, "Enable Schedule", {480, top, 1860, 315}),
-                                     OnPage(Kind::combo, day, "Daily", {2460, top, 1260, 315}),
-                                     OnPage(Kind::textBox, time, "10:00:00", {3840, top, 1980, 315}),
-                                     OnPage(Kind::textBox, name, "", {5940, top, 3840, 315})};
+    int top = 1110 + 480 * row;
+    std::array<ControlSpec, 4> specs{InSchedule(Kind::checkBox, enable, "Enable Schedule", {240, top, 1860, 315}),
+                                     InSchedule(Kind::combo, day, "Daily", {2220, top, 1260, 315}),
+                                     InSchedule(Kind::textBox, time, "10:00:00", {3600, top, 2160, 315}),
+                                     InSchedule(Kind::textBox, name, "", {5880, top, 3180, 315})};
     specs[1].items = "Daily|Mon|Tue|Wed|Thu|Fri|Sat|Sun";
     return specs;
 }
 
-constexpr auto restorePage = Join(
-    Join(Join(ScheduleRow(0, "chkEnableRP(0)", "comboRPDay(0)", "txtRPTime(0)", "txtRPName(0)"),
-              ScheduleRow(1, "chkEnableRP(1)", "comboRPDay(1)", "txtRPTime(1)", "txtRPName(1)")),
-         ScheduleRow(2, "chkEnableRP(2)", "comboRPDay(2)", "txtRPTime(2)", "txtRPName(2)")),
-    std::array<ControlSpec, 8>{
-        OnPage(Kind::label, "lblRPTitle", "Automatic System Restore Point Schedule", {480, 420, 9300, 420}, heading),
-        OnPage(Kind::label, "lblRPTimeHead", "Specify Time (hh:mm:ss)", {3840, 1140, 2100, 240}),
-        OnPage(Kind::label, "lblRPTimeNote", "Must be 24 hour format!", {3840, 1380, 2100, 240}, note),
-        OnPage(Kind::label, "lblRPNameHead", "Restore Point Name:", {5940, 1140, 3840, 240}),
-        OnPage(Kind::button, "cmdSaveRP", "Save Schedule", {480, 3300, 2460, 420}),
-        OnPage(Kind::button, "Command1", "Create Restore Point Now", {480, 4260, 2460, 420}),
-        OnPage(Kind::button, "cmdOpenSR", "Open System Restore", {3060, 4260, 2460, 420}),
-        OnPage(Kind::label, "Label12", "<< Back to Main Screen", {480, 6600, 2460, 240}),
-    });
+constexpr auto restorePage =
+    Join(Join(Join(ScheduleRow(0, "chkEnableRP(0)", "comboRPDay(0)", "txtRPTime(0)", "txtRPName(0)"),
+                   ScheduleRow(1, "chkEnableRP(1)", "comboRPDay(1)", "txtRPTime(1)", "txtRPName(1)")),
+              ScheduleRow(2, "chkEnableRP(2)", "comboRPDay(2)", "txtRPTime(2)", "txtRPName(2)")),
+         std::array<ControlSpec, 8>{
+             InSchedule(Kind::label, "lblRPTime", "Specify Time (hh:mm:ss)", {3600, 570, 2160, 240}),
+             InSchedule(Kind::label, "lblRPTimeNote", "Must be 24 hour format!", {3600, 810, 2160, 240}, note),
+             InSchedule(Kind::label, "lblRPName", "Restore Point Name:", {5880, 570, 3180, 240}),
+             InSchedule(Kind::button, "cmdSaveRP", "Save Schedule", {240, 2700, 2580, 420}),
+             OnPage(Kind::frame, "frameSRP", "Automatic System Restore Point Schedule", {480, 840, 9300, 3360}),
+             OnPage(Kind::button, "Command1", "Create Restore Point Now", {480, 4440, 2580, 420}),
+             OnPage(Kind::button, "cmdOpenSR", "Open System Restore", {3180, 4440, 2580, 420}),
+             OnPage(Kind::label, "Label12", "<< Back to Main Screen", {480, 420, 2580, 240}),
+         });
 
-// Sidebar on the left, logo, phone, custom texts and health beside it, the status line below all. The restore point
-// page covers everything but the status line, which its actions write to.
-constexpr int newWidth = 10260, newHeight = 7620, statusTop = 7200;
+// Sidebar on the left, logo, phone, custom texts, health and the status line beside it. The restore point page covers
+// everything but the status line, which its actions write to.
+constexpr int newWidth = 10260, newHeight = 8400, statusTop = 7920;
 
 constexpr auto newControls = Join(
     std::array<ControlSpec, 11>{{
-        {.kind = Kind::sideBar, .name = "SideBar", .box = {0, 0, 3120, statusTop - 60}},
+        {.kind = Kind::sideBar, .name = "SideBar", .box = {0, 0, 3120, newHeight}},
         {.kind = Kind::image, .name = "AlphaImgCtl1", .box = {3360, 360, 2400, 1575}},
-        {.kind = Kind::label, .name = "lblTel", .caption = "Telephone:", .box = {7500, 420, 2520, 240},
+        {.kind = Kind::label,
+         .name = "lblTel",
+         .caption = "Telephone:",
+         .box = {7500, 780, 2520, 240},
          .flags = noPrefix},
-        {.kind = Kind::label, .name = "lblPhone", .box = {7500, 660, 2520, 420}, .flags = heading | noPrefix},
+        {.kind = Kind::label, .name = "lblPhone", .box = {7500, 1020, 2520, 420}, .flags = heading | noPrefix},
         {.kind = Kind::label, .name = "lblCustomLarge", .box = {3360, 2220, 6660, 420}, .flags = heading | noPrefix},
-        {.kind = Kind::label, .name = "lblCustomSmall", .box = {3360, 2640, 6660, 240}, .flags = noPrefix},
-        {.kind = Kind::frame, .name = "frameHealth", .caption = "Your PC Health",
-         .box = {3360, 3000, 6660, healthHeight}},
-        {.kind = Kind::image, .name = "imgBall", .box = {9240, 2880, 480, 480}},
-        {.kind = Kind::label, .name = "txtStatus", .box = {240, statusTop + 60, 9780, 240}, .flags = noPrefix},
+        {.kind = Kind::label, .name = "lblCustomSmall", .box = {3360, 2640, 6660, 300}, .flags = noPrefix},
+        {.kind = Kind::frame,
+         .name = "frameHealth",
+         .caption = "Your PC Health",
+         .box = {3360, 3120, 6660, healthHeight}},
+        {.kind = Kind::image, .name = "imgBall", .box = {9360, 3210, 480, 480}},
+        {.kind = Kind::label, .name = "txtStatus", .box = {3360, statusTop + 90, 6660, 240}, .flags = noPrefix},
         {.kind = Kind::timer, .name = "Timer1", .box = {}, .flags = disabled},
         {.kind = Kind::picture, .name = "picSRP", .box = {0, 0, newWidth, statusTop}},
     }},
@@ -162,10 +186,10 @@ std::string PanelLabel(const std::string& label) {
 
 }  // namespace
 
-const FormDefinition frmMain{"frmMain",    "Support Control Panel", classicWidth,     classicHeight,
+const FormDefinition frmMain{"frmMain",     "Support Control Panel", classicWidth,     classicHeight,
                              Border::fixed, classicControls,         BuildClassicPanel};
-const FormDefinition frmMainNew{"frmMainNew",  "Support Control Panel", newWidth,     newHeight,
-                                Border::fixed, newControls,             BuildNewPanel};
+const FormDefinition frmMainNew{"frmMainNew", "Support Control Panel", newWidth, newHeight, Border::fixed, newControls,
+                                BuildNewPanel};
 
 const FormDefinition& ConfiguredPanel() { return Eq1(Setting("Branding", "UseNewInterface")) ? frmMainNew : frmMain; }
 

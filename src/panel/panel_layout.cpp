@@ -23,13 +23,20 @@ std::string Branding(const char* key) { return Setting("Branding", key); }
 std::string BrandingOr(const char* key, const char* fallback) { return SettingOr("Branding", key, fallback); }
 
 constexpr LanguageCaption panelCaptions[] = {
-    {"MainForm", "YourPCHealth", "frameHealth"},     {"MainForm", "LastMaintenance", "Label6"},
-    {"MainForm", "StorageSpace", "Label4"},          {"MainForm", "RAM", "Label5"},
-    {"MainForm", "WinVer", "Label3"},                {"MainForm", "AntiVirus", "Label2"},
-    {"MainForm", "Firewall", "Label8"},              {"MainForm", "AutomaticUpdates", "Label10"},
-    {"MainForm", "SystemRestore", "Label1"},         {"MainForm", "UAC", "Label9"},
-    {"MainForm", "InternetAccess", "Label7"},        {"MainForm", "InternalIP", "lblIntIPLabel"},
-    {"MainForm", "ExternalIP", "Label11"},           {"Misc", "Close", "cmdClose"},
+    {"MainForm", "YourPCHealth", "frameHealth"},
+    {"MainForm", "LastMaintenance", "Label6"},
+    {"MainForm", "StorageSpace", "Label4"},
+    {"MainForm", "RAM", "Label5"},
+    {"MainForm", "WinVer", "Label3"},
+    {"MainForm", "AntiVirus", "Label2"},
+    {"MainForm", "Firewall", "Label8"},
+    {"MainForm", "AutomaticUpdates", "Label10"},
+    {"MainForm", "SystemRestore", "Label1"},
+    {"MainForm", "UAC", "Label9"},
+    {"MainForm", "InternetAccess", "Label7"},
+    {"MainForm", "InternalIP", "lblIntIPLabel"},
+    {"MainForm", "ExternalIP", "Label11"},
+    {"Misc", "Close", "cmdClose"},
 };
 
 struct ButtonCaption {
@@ -91,6 +98,28 @@ void PlaceLogo(Form& form, bool modern) {
     logo->SetPicture(LogoFile());
 }
 
+// Phone caption and number go where the logo leaves room: below it in the classic face, beside it in the new one, and
+// into its place where there is none.
+void PlacePhone(Form& form, bool modern) {
+    Control *logo = form.Find("AlphaImgCtl1"), *caption = form.Find("lblTel"), *number = form.Find("lblPhone");
+    if (!logo || !caption || !number) return;
+    bool hasLogo = DoesFileExist(LogoFile());
+    logo->SetVisible(hasLogo);
+    Box box = logo->Place(), first = caption->Place(), second = number->Place();
+    constexpr int gap = 300;
+    if (modern) {
+        int right = first.left + first.width;
+        first.left = hasLogo ? box.left + box.width + gap : box.left;
+        first.width = right - first.left;
+        first.top = box.top + (box.height - first.height - second.height) / 2;
+    } else {
+        first.left = box.left + (box.width - first.width) / 2;
+        first.top = hasLogo ? box.top + box.height + gap : box.top;
+    }
+    caption->SetPlace(first);
+    number->SetPlace({first.left, first.top + first.height, first.width, second.height});
+}
+
 std::string VersionText() {
     pc::ProgramVersion version = pc::GetProgramVersion();
     std::string text = "   v" + NumberText(version.major) + "." + NumberText(version.minor);
@@ -98,8 +127,8 @@ std::string VersionText() {
 }
 
 void SetTitle(Form& form) {
-    std::string title = State().appName + "  -  " +
-                        LanguageText("TitleBar", "SupportControlPanel", "Support Control Panel");
+    std::string title =
+        State().appName + "  -  " + LanguageText("TitleBar", "SupportControlPanel", "Support Control Panel");
     if (Eq1(Branding("ShowVersion"))) title += " " + VersionText();
     form.SetCaption(title);
 }
@@ -122,6 +151,7 @@ void DressPanel(Form& form, bool modern) {
     State().remoteSupportTarget = SettingOr("Branding", "RemoteSupportApp", GetAppPath() + "RemoteSupportApp.exe");
     DressButtons(form);
     PlaceLogo(form, modern);
+    PlacePhone(form, modern);
 }
 
 // Closes the gaps that hidden buttons leave in the classic row, and shares the row's width among the others.
@@ -130,7 +160,7 @@ void PackButtons(Form& form) {
     for (const ButtonCaption& row : buttonCaptions)
         if (Control* button = form.Find(row.control); button && button->Visible()) shown.push_back(button);
     if (shown.empty()) return;
-    constexpr int left = 240, gap = 120, widest = 2400, pixel = 15;
+    constexpr int left = 240, gap = 120, widest = 2700, pixel = 15;
     int count = static_cast<int>(shown.size());
     int room = form.Width() - 2 * left - gap * (count - 1);
     int width = std::min(widest, room / count / pixel * pixel);
@@ -164,8 +194,8 @@ void AddTaskItems(XPexplorerbar& bar) {
         std::string number = i == 0 ? "" : NumberText(i);
         std::string section = "CustomButton" + number;
         if (Eq1(Setting(section, "ShowButton")))
-            bar.AddSubItem(group, SettingOr(section, "ButtonCaption", i == 0 ? "Custom Button"
-                                                                             : "Custom Button " + number));
+            bar.AddSubItem(group,
+                           SettingOr(section, "ButtonCaption", i == 0 ? "Custom Button" : "Custom Button " + number));
     }
 }
 

@@ -52,7 +52,11 @@ void CreatePointNow(Form& form) {
     pc::ShowMessage("System Restore Point Created!");
 }
 
-void HidePage(Form& form) { form.SetVisible("picSRP", false); }
+// The sidebar would show below the page, which leaves the status line free.
+void ShowPage(Form& form, bool shown) {
+    form.SetVisible("picSRP", shown);
+    form.SetVisible("SideBar", !shown);
+}
 
 void SaveSchedules(Form& form) {
     for (const ScheduleField& field : scheduleFields)
@@ -61,7 +65,7 @@ void SaveSchedules(Form& form) {
                 WriteSetting(Section(row), field.key, FieldText(*control));
     SetRPSchedules();
     pc::ShowMessage("Schedule Saved!");
-    HidePage(form);
+    ShowPage(form, false);
 }
 
 }  // namespace
@@ -75,7 +79,7 @@ void LoadRestorePointPage(Form& form) {
 
 void ShowRestorePointPage(Form& form) {
     LoadRestorePointPage(form);
-    form.SetVisible("picSRP", true);
+    ShowPage(form, true);
 }
 
 void AttachRestorePage(Form& form) {
@@ -83,7 +87,7 @@ void AttachRestorePage(Form& form) {
     form.OnClick("cmdOpenSR", OpenSystemRestore);
     form.OnClick("Command1", [&form] { CreatePointNow(form); });
     if (Control* back = form.Find("Label12")) {
-        back->onClick = [&form] { HidePage(form); };
+        back->onClick = [&form] { ShowPage(form, false); };
         back->onMouseMove = host::ShowHandCursor;
     }
 }

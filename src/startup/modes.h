@@ -18,7 +18,7 @@ const Mode& ChooseMode(const std::string& commandLine);
 void RunMode(const Mode& mode);
 
 // Mode routines.
-void RunPanelMode();               // the panel
-void RunMaintenanceMode();         // the panel with a maintenance run at once
-void DisableMaintenanceCheck();    // no more reminder at log-on; the setting stays
-void PromptClientInfo();           // asks for the client's data, as the settings want
+void RunPanelMode();             // the panel
+void RunMaintenanceMode();       // the panel with a maintenance run at once
+void DisableMaintenanceCheck();  // no more reminder at log-on; the setting stays
+void PromptClientInfo();         // asks for the client's data, as the settings want
