@@ -173,7 +173,7 @@ Node AddNode(const Place& place, uint32_t attributes) {
     node->name = place.name;
     node->attributes = attributes;
     node->created = node->accessed = node->modified = place.parent->modified = Pc().Now();
-    node->owner = SidBytes(Pc().ordinaryUser ? Pc().UserSid() : "S-1-5-32-544");
+    node->owner = SidBytes("S-1-5-32-544");
     node->order = ++TheDisk().made;
     place.parent->children[Fold(place.name)] = node;
     return node;
@@ -186,12 +186,7 @@ void RemoveNode(const Place& place) {
 
 uint32_t RefusedChange(const Place& place) {
     if (!place.node && !place.CanBeMade()) return place.closed && place.error == 2 ? invalidName : place.error;
-    if (place.node ? place.node->denied : place.parent->denied) return 5;
-    if (!Pc().ordinaryUser) return 0;
-    std::string path = Fold(place.path);
-    for (const char* area : {"C:\\WINDOWS\\", "C:\\PROGRAM FILES\\", "C:\\PROGRAM FILES (X86)\\"})
-        if (path.starts_with(area) && !path.starts_with("C:\\WINDOWS\\TEMP\\")) return 5;
-    return 0;
+    return (place.node ? place.node->denied : place.parent->denied) ? 5 : 0;
 }
 
 size_t TakeSpace(size_t size) {

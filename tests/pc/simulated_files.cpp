@@ -225,7 +225,7 @@ uint32_t SetFileOwner(const std::string& path, const std::string& sid) {
     if (!place.node) return place.error;
     if (place.node->denied) return denied;
     const auto& held = machine.heldPrivileges;
-    bool own = text == machine.UserSid() || (text == "S-1-5-32-544" && !machine.ordinaryUser);
+    bool own = text == machine.UserSid() || text == "S-1-5-32-544";
     if (!own && std::find(held.begin(), held.end(), "SeRestorePrivilege") == held.end()) return 1307;
     if (machine.ChangeFails(denied)) return machine.lastError;
     place.node->owner = sid;

@@ -33,11 +33,7 @@ constexpr const char* sharedKeys[] = {"WOW6432NODE",
                                       "CLIENTS",
                                       "MICROSOFT\\SYSTEMCERTIFICATES",
                                       "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\PROFILELIST",
-                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\FONTS",
-                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\TIME ZONES",
-                                      "MICROSOFT\\WINDOWS NT\\CURRENTVERSION\\NETWORKCARDS",
-                                      "MICROSOFT\\WINDOWS\\CURRENTVERSION\\GROUP POLICY",
-                                      "MICROSOFT\\WINDOWS\\CURRENTVERSION\\SETUP"};
+                                      "MICROSOFT\\WINDOWS\\CURRENTVERSION\\GROUP POLICY"};
 // Keys below ...\Software\Classes that each view has of its own.
 constexpr const char* splitClasses[] = {"CLSID", "INTERFACE", "DIRECTSHOW", "MEDIA TYPE", "MEDIAFOUNDATION"};
 
@@ -120,14 +116,10 @@ KeyNode FindKey(uint32_t root, const std::string& path, uint32_t access, std::st
     std::string rootName = name->name;
     bool is32BitView = Pc().is64Bit && !(access & pc::keyWow64_64);
     if (root == pc::classesRoot) {
-        // The user's own classes come first.
         parts.insert(parts.begin(), {"Software", "Classes"});
         if (is32BitView) TakeView("HKCR", parts);
         shown = "HKCR\\" + Joined({parts.begin() + 2, parts.end()}, "\\");
-        std::vector<std::string> own = parts;
-        own.insert(own.begin(), Pc().UserSid());
-        KeyNode node = parts.size() > 2 ? Descend(TheHives().users, own, false) : nullptr;
-        return node ? node : Descend(TheHives().machine, parts, make);
+        return Descend(TheHives().machine, parts, make);
     }
     if (is32BitView && root != pc::usersRoot) TakeView(rootName, parts);
     shown = parts.empty() ? rootName : rootName + "\\" + Joined(parts, "\\");
@@ -155,18 +147,13 @@ std::string AccessList(const std::vector<std::pair<std::string, uint32_t>>& gran
     return list + entries;
 }
 
-bool Grants(const RegistryNode& node, uint32_t wanted, const std::string& shown) {
-    SimulatedPc& machine = Pc();
-    std::vector<std::string> token = {machine.UserSid(), "S-1-5-32-545", "S-1-1-0", "S-1-5-11"};
-    if (!machine.ordinaryUser) token.push_back("S-1-5-32-544");
-    bool own = shown.starts_with("HKCU");
-    std::string list = node.accessList;
-    if (list.empty())
-        list = AccessList({{"S-1-5-32-544", pc::keyAllAccess},
-                           {"S-1-5-18", pc::keyAllAccess},
-                           {own ? machine.UserSid() : "S-1-5-32-545", own ? pc::keyAllAccess : 0x20019}});
+bool Grants(const RegistryNode& node, uint32_t wanted) {
+    // The user, users, everyone, authenticated users, administrators.
+    std::vector<std::string> token = {Pc().UserSid(), "S-1-5-32-545", "S-1-1-0", "S-1-5-11", "S-1-5-32-544"};
+    const std::string& list = node.accessList;
+    if (list.empty()) return true;
     uint32_t left = Mapped(wanted) & pc::keyAllAccess;
-    if (node.owned && !machine.ordinaryUser) left &= ~(pc::keyReadControl | pc::keyWriteDac);
+    if (node.owned) left &= ~(pc::keyReadControl | pc::keyWriteDac);
     size_t at = 8;
     for (uint16_t count = Word(list, 4); count > 0 && at + 8 <= list.size(); --count) {
         uint16_t size = Word(list, at + 2);

@@ -74,8 +74,6 @@ void SimulatedPc::AddResource(const std::string& type, const std::string& name, 
     resources[Fold(type + "\\" + name)] = bytes;
 }
 
-void SimulatedPc::BeOrdinaryUser() { ordinaryUser = true; }
-
 namespace pc {
 
 std::string Environment(const std::string& name) { return Pc().Env(name); }
@@ -112,7 +110,6 @@ uint32_t LookupAccount(const std::string& name, std::string& sid, std::string& d
 uint32_t SetAccountPassword(const std::string& user, const std::string& password) {
     auto found = Pc().accounts.find(Fold(user));
     if (found == Pc().accounts.end() || !found->second.second.starts_with("S-1-5-21")) return 2221;
-    if (Pc().ordinaryUser) return 5;
     if (Pc().ChangeFails(2245)) return 2245;
     Pc().passwords[found->second.first] = password;
     Pc().Note("password " + found->second.first);

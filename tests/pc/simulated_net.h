@@ -12,7 +12,7 @@
 struct SimulatedNet {
     struct Page {
         std::string bytes;
-        uint32_t result = 0;         // a failure code of the URL library; the fetch ends with it
+        uint32_t result = 0;  // a failure code of the URL library; the fetch ends with it
         bool tellsLength = true;
         size_t cutAfter = SIZE_MAX;  // bytes that come, while the library still says success
         std::string user;            // asked for when not empty
@@ -27,7 +27,7 @@ struct SimulatedNet {
     size_t ftpCutAfter = SIZE_MAX;                // bytes of a transfer, then the line is gone
     bool ftpReadOnly = false;
 
-    bool mailObject = true;   // registered
+    bool mailObject = true;  // registered
     bool mailSends = true;
     std::vector<std::string> smtpRequests;  // what the mail companion was given, NULs shown as "|"
     bool smtpSends = true;

@@ -2,6 +2,7 @@
 #include "pc/simulated_pc.h"
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 
 #include "pc/names.h"
@@ -98,32 +99,20 @@ void SimulatedPc::CheckPatience() {
 namespace {
 
 constexpr uint64_t perMillisecond = 10'000, perDay = 864'000'000'000;
-
-// Days from 1601-01-01 to the date, by the civil calendar.
-int64_t DaysTo(int year, int month, int day) {
-    int64_t y = month <= 2 ? year - 1 : year;
-    int64_t era = y / 400, yearOfEra = y - era * 400;
-    int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 584694;
-}
+constexpr std::chrono::sys_days start = std::chrono::January / 1 / 1601;
 
 pc::ClockTime ClockOf(uint64_t local) {
-    pc::ClockTime time;
-    int64_t days = static_cast<int64_t>(local / perDay), z = days + 584694;
-    int64_t era = z / 146097, dayOfEra = z - era * 146097;
-    int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100),
-            shifted = (5 * dayOfYear + 2) / 153;
-    time.day = static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1);
-    time.month = static_cast<int>(shifted < 10 ? shifted + 3 : shifted - 9);
-    time.year = static_cast<int>(yearOfEra + era * 400 + (time.month <= 2));
-    time.dayOfWeek = static_cast<int>((days + 1) % 7);  // 1601-01-01 was a Monday
-    uint64_t rest = local % perDay / perMillisecond;
-    time.millisecond = static_cast<int>(rest % 1000);
-    time.second = static_cast<int>(rest / 1000 % 60);
-    time.minute = static_cast<int>(rest / 60'000 % 60);
-    time.hour = static_cast<int>(rest / 3'600'000);
-    return time;
+    std::chrono::sys_days day = start + std::chrono::days(local / perDay);
+    std::chrono::year_month_day date = day;
+    auto rest = static_cast<int>(local % perDay / perMillisecond);
+    return {static_cast<int>(date.year()),
+            static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day())),
+            rest / 3'600'000,
+            rest / 60'000 % 60,
+            rest / 1000 % 60,
+            rest % 1000,
+            static_cast<int>(std::chrono::weekday(day).c_encoding())};
 }
 
 uint64_t ZoneSteps() { return static_cast<uint64_t>(static_cast<int64_t>(Pc().zoneMinutes) * 60'000 * 10'000); }
@@ -133,7 +122,8 @@ std::string Two(int number) { return (number < 10 ? "0" : "") + std::to_string(n
 }  // namespace
 
 pc::FileTime FileTimeOf(int year, int month, int day, int hour, int minute, int second) {
-    return static_cast<uint64_t>(DaysTo(year, month, day)) * perDay +
+    auto days = std::chrono::sys_days(std::chrono::year(year) / month / day) - start;
+    return static_cast<uint64_t>(days.count()) * perDay +
            static_cast<uint64_t>(hour * 3600 + minute * 60 + second) * 1000 * perMillisecond;
 }
 

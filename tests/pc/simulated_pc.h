@@ -210,8 +210,6 @@ public:
     void AddAccount(const std::string& name, const std::string& sid);  // "S-1-5-21-..."
     std::string UserSid() const;
     void AddResource(const std::string& type, const std::string& name, const std::string& bytes);
-    // The current user is no administrator: system folders and HKLM refuse changes.
-    void BeOrdinaryUser();
 
     // --- WMI -------------------------------------------------------------------------------------------------------
     using WmiProperties = std::vector<std::pair<std::string, WmiCell>>;
@@ -273,9 +271,8 @@ public:
     std::map<std::string, std::string> passwords;                         // that were set
     std::map<int, std::string> specialFolders;                            // by CSIDL number
     uint64_t bytesLeft = UINT64_MAX;
-    uint64_t elapsed = 0;    // virtual milliseconds since the PC was made
-    uint64_t clockBase = 0;  // local file time at elapsed 0
-    bool ordinaryUser = false;
+    uint64_t elapsed = 0;          // virtual milliseconds since the PC was made
+    uint64_t clockBase = 0;        // local file time at elapsed 0
     std::function<void()> onPump;  // the headless host's timers
 
 private:

@@ -20,7 +20,8 @@ bool LoadShellLink(const std::string& path, ShellLink& link) {
     if (!bytes) return false;
     std::vector<std::string> fields = Split(*bytes, '\n');
     if (fields.size() != 9 || fields[0] != linkHead) return false;
-    std::string* const texts[] = {&link.target, &link.arguments, &link.workingFolder, &link.description, &link.iconFile};
+    std::string* const texts[] = {&link.target, &link.arguments, &link.workingFolder, &link.description,
+                                  &link.iconFile};
     for (size_t i = 0; i < std::size(texts); ++i) *texts[i] = fields[i + 1];
     link.iconIndex = std::stoi(fields[6]);
     link.showCommand = std::stoi(fields[7]);

@@ -38,206 +38,140 @@ constexpr Edition editions[] = {
     {Windows::server2022, 10, 0, 20348, 0, true, 3, 7, "Windows Server 2022 Standard"},
 };
 
-struct Tool {
-    const char* file;
-    uint32_t since = 0, gone = 99;  // major versions
-    bool only64 = false;            // on a 64-bit system not in the 32-bit programs' folder
-};
-constexpr Tool tools[] = {{"cmd.exe"},
-                          {"net.exe"},
-                          {"netsh.exe"},
-                          {"ipconfig.exe"},
-                          {"rundll32.exe"},
-                          {"msiexec.exe"},
-                          {"cscript.exe"},
-                          {"wscript.exe"},
-                          {"regsvr32.exe"},
-                          {"control.exe"},
-                          {"shutdown.exe", 5},
-                          {"xcopy.exe"},
-                          {"attrib.exe"},
-                          {"ping.exe"},
-                          {"sc.exe"},
-                          {"cleanmgr.exe"},
-                          {"chkdsk.exe"},
-                          {"taskmgr.exe"},
-                          {"eventvwr.exe"},
-                          {"mmc.exe"},
-                          {"notepad.exe"},
-                          {"calc.exe"},
-                          {"mshta.exe"},
-                          {"appwiz.cpl"},
-                          {"firewall.cpl"},
-                          {"wscui.cpl"},
-                          {"compmgmt.msc"},
-                          {"devmgmt.msc"},
-                          {"schtasks.exe"},
-                          {"reg.exe"},
-                          {"taskkill.exe"},
-                          {"tasklist.exe"},
-                          {"systeminfo.exe"},
-                          {"sfc.exe"},
-                          {"route.exe"},
-                          {"defrag.exe", 0, 99, true},
-                          {"tskill.exe", 0, 99, true},
-                          {"vssadmin.exe", 0, 99, true},
-                          {"bcdedit.exe", 6, 99, true},
-                          {"rstrui.exe", 6, 99, true},
-                          {"msconfig.exe", 6, 99, true},
-                          {"msra.exe", 6, 99, true},
-                          {"wuapp.exe", 6, 7},
-                          {"icacls.exe", 6},
-                          {"takeown.exe", 6},
-                          {"robocopy.exe", 6},
-                          {"wusa.exe", 6},
-                          {"slui.exe", 6, 99, true},
-                          {"msg.exe", 0, 99, true}};
+// Tools by the system that brought them. Those with a "*" are not in the 32-bit programs' folder of a 64-bit system.
+constexpr const char* toolsOf2000 =
+    "cmd.exe net.exe netsh.exe ipconfig.exe rundll32.exe msiexec.exe cscript.exe wscript.exe regsvr32.exe control.exe "
+    "xcopy.exe attrib.exe ping.exe sc.exe cleanmgr.exe chkdsk.exe taskmgr.exe eventvwr.exe mmc.exe notepad.exe "
+    "calc.exe "
+    "mshta.exe sfc.exe route.exe appwiz.cpl compmgmt.msc devmgmt.msc defrag.exe* tskill.exe* msg.exe*";
+constexpr const char* toolsOfXp =
+    "schtasks.exe reg.exe taskkill.exe tasklist.exe systeminfo.exe shutdown.exe firewall.cpl wscui.cpl vssadmin.exe*";
+constexpr const char* toolsOfVista =
+    "bcdedit.exe* rstrui.exe* msconfig.exe* msra.exe* slui.exe* icacls.exe takeown.exe robocopy.exe wusa.exe";
+
+// Names and paths, "|" between them; "{name}" stands for an earlier one. The environment has those in lower case.
+constexpr const char* everywhere =
+    "systemdrive=C:|systemroot=C:\\Windows|windir=C:\\Windows|homedrive=C:|username=Client|userdomain=DESK|"
+    "computername=DESK|os=Windows_NT|comspec=C:\\Windows\\System32\\cmd.exe|path=C:\\Windows\\System32;C:\\Windows|"
+    "processor_architecture=x86|commonprogramfiles={programfiles}\\Common Files|";
+constexpr const char* sinceVista =
+    "homepath=\\Users\\Client|userprofile=C:\\Users\\Client|allusersprofile=C:\\ProgramData|programdata=C:"
+    "\\ProgramData|"
+    "public=C:\\Users\\Public|appdata={userprofile}\\AppData\\Roaming|localappdata={userprofile}\\AppData\\Local|"
+    "temp={localappdata}\\Temp|tmp={temp}|SHELL={appdata}\\Microsoft\\Windows|LOCALSHELL={localappdata}"
+    "\\Microsoft\\Windows|"
+    "MENU={SHELL}\\Start Menu|ALLMENU={programdata}\\Microsoft\\Windows\\Start Menu|DOCS={userprofile}\\Documents|"
+    "CACHE={LOCALSHELL}\\Temporary Internet Files|HISTORY={LOCALSHELL}\\History|COOKIES={SHELL}\\Cookies|"
+    "RECENT={SHELL}\\Recent|SENDTO={SHELL}\\SendTo|MUSIC={userprofile}\\Music|PICTURES={userprofile}\\Pictures|"
+    "LOCALDATA={localappdata}|ALLDATA={programdata}|EVERYBODY={public}";
+constexpr const char* beforeVista =
+    "homepath=\\Documents and Settings\\Client|userprofile=C:\\Documents and Settings\\Client|"
+    "allusersprofile=C:\\Documents and Settings\\All Users|appdata={userprofile}\\Application Data|"
+    "LOCAL={userprofile}\\Local Settings|temp={LOCAL}\\Temp|tmp={temp}|MENU={userprofile}\\Start Menu|"
+    "ALLMENU={allusersprofile}\\Start Menu|DOCS={userprofile}\\My Documents|CACHE={LOCAL}\\Temporary Internet Files|"
+    "HISTORY={LOCAL}\\History|COOKIES={userprofile}\\Cookies|RECENT={userprofile}\\Recent|SENDTO={userprofile}\\SendTo|"
+    "MUSIC={DOCS}\\My Music|PICTURES={DOCS}\\My Pictures|LOCALDATA={LOCAL}\\Application Data|"
+    "ALLDATA={allusersprofile}\\Application Data|EVERYBODY={allusersprofile}";
+// The shell's folders by CSIDL number.
+constexpr const char* shellFolders =
+    "0={userprofile}\\Desktop|16={userprofile}\\Desktop|2={MENU}\\Programs|5={DOCS}|6={userprofile}\\Favorites|"
+    "7={MENU}\\Programs\\Startup|8={RECENT}|9={SENDTO}|11={MENU}|13={MUSIC}|20={windir}\\Fonts|22={ALLMENU}|"
+    "23={ALLMENU}\\Programs|24={ALLMENU}\\Programs\\Startup|25={EVERYBODY}\\Desktop|26={appdata}|28={LOCALDATA}|"
+    "31={userprofile}\\Favorites|32={CACHE}|33={COOKIES}|34={HISTORY}|35={ALLDATA}|36={windir}|37={windir}\\System32|"
+    "38={programfiles}|39={PICTURES}|40={userprofile}|41={SYSTEM32}|42={programfiles}|43={commonprogramfiles}|"
+    "46={EVERYBODY}\\Documents";
+// Names of the older layout, which lead on to the new ones.
+constexpr const char* oldNames =
+    "C:\\Documents and Settings=C:\\Users|{userprofile}\\Application Data={appdata}|{userprofile}\\My Documents={DOCS}|"
+    "{userprofile}\\Local Settings={localappdata}|{localappdata}\\Application Data={localappdata}|"
+    "{userprofile}\\Start Menu={MENU}";
+
+using Names = std::map<std::string, std::string>;
+
+std::string Filled(std::string text, const Names& names) {
+    for (size_t open; (open = text.find('{')) != std::string::npos;) {
+        size_t close = text.find('}', open);
+        text.replace(open, close - open + 1, names.at(text.substr(open + 1, close - open - 1)));
+    }
+    return text;
+}
+
+// Calls each with the two sides of every entry, filled in.
+template <typename Each>
+void ForEachEntry(const std::string& table, const Names& names, Each each) {
+    for (const std::string& entry : Pieces(table, '|')) {
+        size_t equals = entry.find('=');
+        if (equals != std::string::npos)
+            each(Filled(entry.substr(0, equals), names), Filled(entry.substr(equals + 1), names));
+    }
+}
+
+void AddEnvironmentAndFolders(SimulatedPc& pc) {
+    bool vista = pc.version.major >= 6;
+    Names names = {{"programfiles", pc.is64Bit ? "C:\\Program Files (x86)" : "C:\\Program Files"}};
+    auto name = [&](const std::string& key, const std::string& value) { names[key] = value; };
+    ForEachEntry(std::string(everywhere) + (vista ? sinceVista : beforeVista), names, name);
+    if (pc.is64Bit) name("programfiles(x86)", names["programfiles"]);
+    if (pc.is64Bit) name("processor_architew6432", "AMD64");
+    if (pc.is64Bit && vista) name("programw6432", "C:\\Program Files");
+    for (const auto& [key, value] : names)
+        if (key[0] >= 'a') pc.SetEnv(key, value);
+    name("SYSTEM32", pc.is64Bit ? "C:\\Windows\\SysWOW64" : "C:\\Windows\\System32");
+    ForEachEntry(shellFolders, names, [&](const std::string& number, const std::string& path) {
+        pc.specialFolders[std::stoi(number)] = path;
+        pc.AddFolder(path);
+    });
+    for (const std::string& path : {names["temp"], std::string("C:\\Windows\\Temp"), std::string("C:\\Windows\\inf"),
+                                    std::string("C:\\Windows\\System32\\drivers\\etc"), std::string("C:\\Panel"),
+                                    std::string("C:\\Program Files\\Common Files")})
+        pc.AddFolder(path);
+    if (vista)
+        ForEachEntry(oldNames, names, [&](const std::string& path, const std::string& target) {
+            pc.AddJunction(path, target);
+            Resolve(path, false, false).node->attributes |= pc::attributeHidden | pc::attributeSystem;
+        });
+}
 
 void AddTools(SimulatedPc& pc) {
-    bool is2000 = pc.version.major == 5 && pc.version.minor == 0;
-    for (const Tool& tool : tools) {
-        std::string name = tool.file;
-        bool missing = pc.version.major < tool.since || pc.version.major >= tool.gone ||
-                       (is2000 && (name == "reg.exe" || name == "schtasks.exe" || name == "taskkill.exe" ||
-                                   name == "tasklist.exe" || name == "systeminfo.exe" || name == "shutdown.exe"));
-        if (missing) continue;
-        pc.AddFile("C:\\Windows\\System32\\" + name, "MZ");
-        if (pc.is64Bit && !tool.only64) pc.AddFile("C:\\Windows\\SysWOW64\\" + name, "MZ");
+    bool is2000 = pc.version.major == 5 && pc.version.minor == 0, vista = pc.version.major >= 6;
+    std::string tools = std::string(toolsOf2000) + (is2000 ? "" : std::string(" ") + toolsOfXp) +
+                        (vista ? std::string(" ") + toolsOfVista : "");
+    for (std::string tool : Pieces(tools, ' ')) {
+        bool only64 = tool.ends_with('*');
+        if (only64) tool.pop_back();
+        pc.AddFile("C:\\Windows\\System32\\" + tool, "MZ");
+        if (pc.is64Bit && !only64) pc.AddFile("C:\\Windows\\SysWOW64\\" + tool, "MZ");
     }
     for (const char* name : {"regedit.exe", "explorer.exe", "notepad.exe"})
         pc.AddFile(std::string("C:\\Windows\\") + name, "MZ");
     if (pc.is64Bit) pc.AddFile("C:\\Windows\\SysWOW64\\regedit.exe", "MZ");
-    if (pc.version.major < 6) pc.AddFile("C:\\Windows\\System32\\Restore\\rstrui.exe", "MZ");
-}
-
-// Folders of the profile layout, and the names by which the shell knows them (CSIDL numbers).
-void AddFolders(SimulatedPc& pc) {
-    bool vista = pc.version.major >= 6;
-    std::string user = pc.Env("userprofile"), all = pc.Env("allusersprofile"),
-                everybody = vista ? pc.Env("public") : all;
-    std::string roaming = user + (vista ? "\\AppData\\Roaming" : "\\Application Data");
-    std::string local = user + (vista ? "\\AppData\\Local" : "\\Local Settings");
-    std::string localData = vista ? local : local + "\\Application Data";
-    std::string menu = vista ? roaming + "\\Microsoft\\Windows\\Start Menu" : user + "\\Start Menu";
-    std::string allMenu = vista ? all + "\\Microsoft\\Windows\\Start Menu" : all + "\\Start Menu";
-    std::string docs = user + (vista ? "\\Documents" : "\\My Documents");
-    std::string cache =
-        vista ? local + "\\Microsoft\\Windows\\Temporary Internet Files" : local + "\\Temporary Internet Files";
-    std::string programs = pc.is64Bit ? "C:\\Program Files (x86)" : "C:\\Program Files";
-    auto& special = pc.specialFolders;
-    special = {{0x00, user + "\\Desktop"},
-               {0x10, user + "\\Desktop"},
-               {0x02, menu + "\\Programs"},
-               {0x05, docs},
-               {0x06, user + "\\Favorites"},
-               {0x07, menu + "\\Programs\\Startup"},
-               {0x08, vista ? roaming + "\\Microsoft\\Windows\\Recent" : user + "\\Recent"},
-               {0x09, vista ? roaming + "\\Microsoft\\Windows\\SendTo" : user + "\\SendTo"},
-               {0x0B, menu},
-               {0x0D, vista ? user + "\\Music" : docs + "\\My Music"},
-               {0x14, "C:\\Windows\\Fonts"},
-               {0x16, allMenu},
-               {0x17, allMenu + "\\Programs"},
-               {0x18, allMenu + "\\Programs\\Startup"},
-               {0x19, everybody + "\\Desktop"},
-               {0x1A, roaming},
-               {0x1C, localData},
-               {0x1F, user + "\\Favorites"},
-               {0x20, cache},
-               {0x21, vista ? roaming + "\\Microsoft\\Windows\\Cookies" : user + "\\Cookies"},
-               {0x22, vista ? local + "\\Microsoft\\Windows\\History" : local + "\\History"},
-               {0x23, vista ? all : all + "\\Application Data"},
-               {0x24, "C:\\Windows"},
-               {0x25, "C:\\Windows\\System32"},
-               {0x26, programs},
-               {0x27, vista ? user + "\\Pictures" : docs + "\\My Pictures"},
-               {0x28, user},
-               {0x29, pc.is64Bit ? "C:\\Windows\\SysWOW64" : "C:\\Windows\\System32"},
-               {0x2A, programs},
-               {0x2B, programs + "\\Common Files"},
-               {0x2E, everybody + "\\Documents"}};
-    for (const auto& [number, path] : special) pc.AddFolder(path);
-    for (const std::string& path :
-         {std::string("C:\\Windows\\Temp"), std::string("C:\\Windows\\inf"), local + "\\Temp", std::string("C:\\Panel"),
-          std::string("C:\\Windows\\System32\\drivers\\etc"), std::string("C:\\Program Files\\Common Files")})
-        pc.AddFolder(path);
-    if (!vista) return;
-    // The names of the older layout lead on to the new ones, and nobody may list them.
-    const std::pair<std::string, std::string> links[] = {{"C:\\Documents and Settings", "C:\\Users"},
-                                                         {user + "\\Application Data", roaming},
-                                                         {user + "\\Local Settings", local},
-                                                         {user + "\\AppData\\Local\\Application Data", local},
-                                                         {user + "\\My Documents", docs},
-                                                         {user + "\\Start Menu", menu}};
-    for (const auto& [path, target] : links) {
-        pc.AddJunction(path, target);
-        Resolve(path, false, false).node->attributes |= pc::attributeHidden | pc::attributeSystem;
-    }
-}
-
-void AddEnvironment(SimulatedPc& pc) {
-    bool vista = pc.version.major >= 6;
-    std::string profiles = vista ? "C:\\Users" : "C:\\Documents and Settings", user = profiles + "\\Client";
-    std::string temp = user + (vista ? "\\AppData\\Local\\Temp" : "\\Local Settings\\Temp");
-    const std::pair<const char*, std::string> values[] = {
-        {"systemdrive", "C:"},
-        {"systemroot", "C:\\Windows"},
-        {"windir", "C:\\Windows"},
-        {"homedrive", "C:"},
-        {"homepath", user.substr(2)},
-        {"userprofile", user},
-        {"username", "Client"},
-        {"userdomain", "DESK"},
-        {"computername", "DESK"},
-        {"temp", temp},
-        {"tmp", temp},
-        {"os", "Windows_NT"},
-        {"comspec", "C:\\Windows\\System32\\cmd.exe"},
-        {"path", "C:\\Windows\\System32;C:\\Windows"},
-        {"appdata", user + (vista ? "\\AppData\\Roaming" : "\\Application Data")},
-        {"allusersprofile", vista ? "C:\\ProgramData" : profiles + "\\All Users"},
-        {"programfiles", pc.is64Bit ? "C:\\Program Files (x86)" : "C:\\Program Files"},
-        {"processor_architecture", "x86"}};
-    for (const auto& [name, value] : values) pc.SetEnv(name, value);
-    pc.SetEnv("commonprogramfiles", pc.Env("programfiles") + "\\Common Files");
-    if (vista) {
-        pc.SetEnv("public", "C:\\Users\\Public");
-        pc.SetEnv("programdata", "C:\\ProgramData");
-        pc.SetEnv("localappdata", user + "\\AppData\\Local");
-    }
-    if (!pc.is64Bit) return;
-    pc.SetEnv("programfiles(x86)", "C:\\Program Files (x86)");
-    pc.SetEnv("processor_architew6432", "AMD64");
-    if (vista) pc.SetEnv("programw6432", "C:\\Program Files");
+    if (!vista && !is2000) pc.AddFile("C:\\Windows\\System32\\Restore\\rstrui.exe", "MZ");
 }
 
 void AddRegistry(SimulatedPc& pc, const Edition& edition) {
-    for (const char* software : {"HKLM\\Software\\", "HKLM\\Software\\Wow6432Node\\"}) {
-        if (!pc.is64Bit && std::string(software).find("Wow") != std::string::npos) continue;
-        std::string key = std::string(software) + "Microsoft\\Windows NT\\CurrentVersion";
-        bool is10 = edition.major >= 10;
-        std::string version = is10 ? "6.3" : Decimal(edition.major) + "." + Decimal(edition.minor);
+    for (std::string software : {"HKLM\\Software\\", "HKLM\\Software\\Wow6432Node\\"}) {
+        if (!pc.is64Bit && software.find("Wow") != std::string::npos) continue;
+        std::string key = software + "Microsoft\\Windows NT\\CurrentVersion";
         pc.SetText(key, "ProductName", edition.productName);
-        pc.SetText(key, "CurrentVersion", version);
+        pc.SetText(key, "CurrentVersion",
+                   edition.major >= 10 ? "6.3" : Decimal(edition.major) + "." + Decimal(edition.minor));
         pc.SetText(key, "CurrentBuildNumber", Decimal(edition.build));
         pc.SetText(key, "SystemRoot", "C:\\Windows");
         if (!pc.version.csdVersion.empty()) pc.SetText(key, "CSDVersion", pc.version.csdVersion);
-        pc.AddKey(std::string(software) + "Microsoft\\Windows\\CurrentVersion\\Run");
+        pc.AddKey(software + "Microsoft\\Windows\\CurrentVersion\\Run");
     }
     std::string list = "HKLM\\Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList\\";
     bool vista = pc.version.major >= 6;
     std::string services = vista ? "%systemroot%\\ServiceProfiles\\" : "%SystemDrive%\\Documents and Settings\\";
-    const std::pair<const char*, std::string> profiles[] = {
-        {"S-1-5-18", "%systemroot%\\system32\\config\\systemprofile"},
-        {"S-1-5-19", services + "LocalService"},
-        {"S-1-5-20", services + "NetworkService"}};
-    for (const auto& [sid, path] : profiles) pc.SetRaw(list + sid, "ProfileImagePath", pc::typeExpandSz, path + '\0');
-    pc.SetRaw(list + pc.UserSid(), "ProfileImagePath", pc::typeExpandSz, pc.Env("userprofile") + '\0');
-    pc.AddKey("HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings");
-    pc.AddKey("HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
-    pc.AddKey("HKLM\\System\\CurrentControlSet\\Services");
-    pc.AddKey("HKU\\.DEFAULT\\Software");
-    pc.AddKey("HKU\\S-1-5-18\\Software");
+    for (const auto& [sid, path] : {std::pair<std::string, std::string>{"S-1-5-19", services + "LocalService"},
+                                    {"S-1-5-18", "%systemroot%\\system32\\config\\systemprofile"},
+                                    {"S-1-5-20", services + "NetworkService"},
+                                    {pc.UserSid(), pc.Env("userprofile")}})
+        pc.SetRaw(list + sid, "ProfileImagePath", pc::typeExpandSz, path + '\0');
+    for (const char* key : {"HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings",
+                            "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run", "HKU\\.DEFAULT\\Software",
+                            "HKLM\\System\\CurrentControlSet\\Services", "HKU\\S-1-5-18\\Software"})
+        pc.AddKey(key);
 }
 
 }  // namespace
@@ -255,17 +189,12 @@ void InstallWindows(SimulatedPc& pc, Windows windows) {
     pc.is64Bit = edition->is64Bit;
     pc.sku = edition->sku;
     pc.AddDrive("C:");
-    pc.AddAccount("Client", "S-1-5-21-1004336348-1177238915-682003330-1001");
-    for (const auto& [name, sid] : {std::pair{"Administrator", "S-1-5-21-1004336348-1177238915-682003330-500"},
-                                    {"System", "S-1-5-18"},
-                                    {"Everyone", "S-1-1-0"},
-                                    {"Administrators", "S-1-5-32-544"},
-                                    {"Users", "S-1-5-32-545"},
-                                    {"Guests", "S-1-5-32-546"},
-                                    {"Power Users", "S-1-5-32-547"}})
-        pc.AddAccount(name, sid);
-    AddEnvironment(pc);
-    AddFolders(pc);
+    ForEachEntry(
+        "Client=S-1-5-21-1004336348-1177238915-682003330-1001|System=S-1-5-18|Everyone=S-1-1-0|"
+        "Administrator=S-1-5-21-1004336348-1177238915-682003330-500|Administrators=S-1-5-32-544|"
+        "Users=S-1-5-32-545|Guests=S-1-5-32-546|Power Users=S-1-5-32-547",
+        {}, [&](const std::string& name, const std::string& sid) { pc.AddAccount(name, sid); });
+    AddEnvironmentAndFolders(pc);
     AddTools(pc);
     AddRegistry(pc, *edition);
     pc.AddFile(pc.programPath, "MZ");

@@ -18,20 +18,10 @@ struct Wmi {
 };
 
 // Classes that are there without rows too.
-constexpr const char* cimClasses[] = {"WIN32_OPERATINGSYSTEM",
-                                      "WIN32_PROCESSOR",
-                                      "WIN32_COMPUTERSYSTEM",
-                                      "WIN32_LOGICALDISK",
-                                      "WIN32_SERVICE",
-                                      "WIN32_PROCESS",
-                                      "WIN32_NETWORKADAPTERCONFIGURATION",
-                                      "WIN32_NTLOGEVENT",
-                                      "WIN32_USERACCOUNT",
-                                      "WIN32_PRODUCT",
-                                      "WIN32_STARTUPCOMMAND",
-                                      "WIN32_BIOS",
-                                      "WIN32_PHYSICALMEMORY",
-                                      "WIN32_VIDEOCONTROLLER"};
+constexpr const char* cimClasses =
+    " WIN32_OPERATINGSYSTEM WIN32_PROCESSOR WIN32_COMPUTERSYSTEM WIN32_LOGICALDISK WIN32_SERVICE WIN32_PROCESS "
+    "WIN32_BIOS "
+    "WIN32_NETWORKADAPTERCONFIGURATION WIN32_NTLOGEVENT WIN32_USERACCOUNT WIN32_PRODUCT WIN32_STARTUPCOMMAND ";
 
 std::string Plain(const std::string& nameSpace) {
     std::string folded = Fold(nameSpace);
@@ -49,8 +39,7 @@ bool HasNamespace(const std::string& folded) {
 bool HasClass(const std::string& nameSpace, const std::string& name) {
     const auto& tables = Pc().Of<Wmi>().tables[nameSpace];
     if (tables.contains(name)) return true;
-    if (nameSpace == "ROOT\\CIMV2")
-        return std::find(std::begin(cimClasses), std::end(cimClasses), name) != std::end(cimClasses);
+    if (nameSpace == "ROOT\\CIMV2") return std::string(cimClasses).find(" " + name + " ") != std::string::npos;
     if (nameSpace == "ROOT\\DEFAULT") return name == "SYSTEMRESTORE" && Pc().version.productType == 1;
     return name == "ANTIVIRUSPRODUCT" || name == "FIREWALLPRODUCT" || name == "ANTISPYWAREPRODUCT";
 }
@@ -65,7 +54,7 @@ std::vector<SimulatedPc::WmiProperties> RowsOf(const std::string& nameSpace, con
 }
 
 struct Condition {
-    std::string property, sign, value;
+    std::string property, value;
 };
 struct Query {
     std::string wmiClass;
@@ -73,22 +62,15 @@ struct Query {
     bool valid = false;
 };
 
-// Words, comparison signs and quoted texts (without quotes).
+// Words, equals signs, and quoted texts without their quotes.
 std::vector<std::string> Tokens(const std::string& text) {
     std::vector<std::string> tokens;
     for (size_t i = 0; i < text.size();) {
-        size_t end = i + 1;
-        if (text[i] == '\'' || text[i] == '"') {
-            end = std::min(text.find(text[i], i + 1), text.size() - 1) + 1;
-            tokens.push_back(text.substr(i + 1, end - i - 2));
-        } else if (std::string("<>=!").find(text[i]) != std::string::npos) {
-            while (end < text.size() && std::string("<>=").find(text[end]) != std::string::npos) ++end;
-            tokens.push_back(text.substr(i, end - i));
-        } else if (text[i] != ' ') {
-            end = std::min(text.find_first_of(" <>=!", i), text.size());
-            tokens.push_back(text.substr(i, end - i));
-        }
-        i = end;
+        bool quoted = text[i] == '\'' || text[i] == '"';
+        size_t end = quoted ? text.find(text[i], i + 1) : text[i] == '=' ? i + 1 : text.find_first_of(" =", i);
+        end = std::min(end, text.size());
+        if (end > i) tokens.push_back(text.substr(i + quoted, end - i - quoted));
+        i = end + (quoted || end == i);
     }
     return tokens;
 }
@@ -102,8 +84,9 @@ Query Parsed(const std::string& text) {
     if (tokens.empty() || !SameName(tokens[0], "select") || from + 1 >= tokens.size()) return query;
     query.wmiClass = Fold(tokens[from + 1]);
     size_t at = from + 2;
-    for (const char* joint = "where"; at + 3 < tokens.size() && SameName(tokens[at], joint); joint = "and", at += 4)
-        query.conditions.push_back({tokens[at + 1], tokens[at + 2], tokens[at + 3]});
+    for (const char* joint = "where"; at + 3 < tokens.size() && SameName(tokens[at], joint) && tokens[at + 2] == "=";
+         joint = "and", at += 4)
+        query.conditions.push_back({tokens[at + 1], tokens[at + 3]});
     query.valid = at == tokens.size();
     return query;
 }
@@ -116,17 +99,7 @@ pc::WmiValue Property(const SimulatedPc::WmiProperties& row, const std::string& 
 
 bool Holds(const SimulatedPc::WmiProperties& row, const Condition& condition) {
     pc::WmiValue value = Property(row, condition.property);
-    if (value.kind == pc::WmiValue::Kind::null) return false;
-    int order = Fold(value.text).compare(Fold(condition.value));
-    if (value.kind == pc::WmiValue::Kind::number) {
-        int64_t other = std::stoll(condition.value);
-        order = value.number < other ? -1 : value.number > other;
-    }
-    if (condition.sign == "=") return order == 0;
-    if (condition.sign == "<>" || condition.sign == "!=") return order != 0;
-    if (condition.sign == "<") return order < 0;
-    if (condition.sign == ">") return order > 0;
-    return condition.sign == "<=" ? order <= 0 : order >= 0;
+    return value.kind != pc::WmiValue::Kind::null && SameName(value.text, condition.value);
 }
 
 }  // namespace
