@@ -176,6 +176,7 @@ std::string MakeTempFile(const std::string& folder, const std::string& prefix) {
 }
 
 int32_t ShellFileOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
+    Pc().Begin();
     std::vector<std::string> sources = Sources(from, (flags & flagFilesOnly) != 0);
     int32_t missing = Pc().version.major < 6 ? 0x402 : 2;
     if (sources.empty() || operation < shellMove || operation > shellRename) return missing;

@@ -48,6 +48,7 @@ File& File::operator=(File&& other) noexcept {
 
 bool File::Open(const std::string& path, FileMode mode) {
     Close();
+    Pc().Begin();
     Place place = ForWriting(path, mode);
     bool sink = place.device && Fold(LastPart(path)).starts_with("NUL");
     uint32_t code = sink ? 0 : RefusedOpening(place, mode);

@@ -46,6 +46,7 @@ std::optional<FileInfo> GetFileInfo(const std::string& path) {
 }
 
 bool ChangeAttributes(const std::string& path, uint32_t attributes) {
+    Pc().Begin();
     Place place = Resolve(path);
     uint32_t code = place.node ? RefusedChange(place) : place.error;
     if (code) return Pc().Refuse(code);
@@ -57,6 +58,7 @@ bool ChangeAttributes(const std::string& path, uint32_t attributes) {
 }
 
 bool SetFileTimes(const std::string& path, FileTime created, FileTime accessed, FileTime modified) {
+    Pc().Begin();
     Place place = Resolve(path, true);
     uint32_t code = place.node ? RefusedChange(place) : place.error;
     if (code) return Pc().Refuse(code);
@@ -74,6 +76,7 @@ bool CanOpenFile(const std::string& path) {
 }
 
 bool RemoveFile(const std::string& path) {
+    Pc().Begin();
     Place place = Resolve(path);
     uint32_t code = RefusedRemoval(place);
     if (!code && (place.node->IsFolder() || place.node->images)) code = denied;
@@ -85,6 +88,7 @@ bool RemoveFile(const std::string& path) {
 }
 
 bool RemoveFolder(const std::string& path) {
+    Pc().Begin();
     Place place = Resolve(path);
     uint32_t code = place.node && !place.node->IsFolder() ? notAFolder : RefusedRemoval(place);
     if (!code && !place.node->IsLink() && !place.node->children.empty()) code = notEmpty;
@@ -96,6 +100,7 @@ bool RemoveFolder(const std::string& path) {
 }
 
 bool MakeFolder(const std::string& path) {
+    Pc().Begin();
     // Here, and only here, a backslash at the end says nothing new.
     Place place = Resolve(path.size() > 3 && path.ends_with('\\') ? path.substr(0, path.size() - 1) : path);
     uint32_t code = place.device   ? notAFolder
@@ -152,6 +157,7 @@ uint32_t RefusedMove(const Place& from, const Place& to, bool replace) {
 }  // namespace
 
 bool MovePath(const std::string& from, const std::string& to, bool replace) {
+    Pc().Begin();
     Place source = Resolve(from), target = Resolve(to);
     uint32_t code = RefusedMove(source, target, replace);
     if (!code && source.node->IsFolder() && !SameName(source.root, target.root)) code = denied;
@@ -168,6 +174,7 @@ bool MovePath(const std::string& from, const std::string& to, bool replace) {
 }
 
 bool CopyOneFile(const std::string& from, const std::string& to, bool failIfExists) {
+    Pc().Begin();
     Place source = Resolve(from, true), target = Resolve(to, true);
     uint32_t code = !source.node                                                   ? source.error
                     : source.node->IsFolder() || source.node->denied               ? denied
@@ -218,6 +225,7 @@ void RevertRedirection(uintptr_t cookie) { Pc().redirectionOff = cookie != 0; }
 std::string FullPath(const std::string& path) { return PlainPath(path); }
 
 uint32_t SetFileOwner(const std::string& path, const std::string& sid) {
+    Pc().Begin();
     SimulatedPc& machine = Pc();
     Place place = Resolve(path, true);
     std::string text = SidText(sid);

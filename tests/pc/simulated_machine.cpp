@@ -92,6 +92,7 @@ uint32_t ProductSku(uint32_t major, uint32_t) { return major >= 6 ? Pc().sku : 0
 uint64_t TotalMemory() { return Pc().memory; }
 
 uint32_t LookupAccount(const std::string& name, std::string& sid, std::string& domain) {
+    Pc().Begin();
     sid.clear();
     domain.clear();
     if (Pc().Fails(1332)) return 1332;
@@ -108,6 +109,7 @@ uint32_t LookupAccount(const std::string& name, std::string& sid, std::string& d
 }
 
 uint32_t SetAccountPassword(const std::string& user, const std::string& password) {
+    Pc().Begin();
     auto found = Pc().accounts.find(Fold(user));
     if (found == Pc().accounts.end() || !found->second.second.starts_with("S-1-5-21")) return 2221;
     if (Pc().ChangeFails(2245)) return 2245;

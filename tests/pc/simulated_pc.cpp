@@ -69,16 +69,21 @@ bool SimulatedPc::Traced(std::string_view text) const {
                        [&](const std::string& line) { return line.find(text) != std::string::npos; });
 }
 
-bool SimulatedPc::Fails(uint32_t code) {
+void SimulatedPc::Begin() {
     ++calls;
+    CheckPatience();
     if (auto found = interference.find(calls); found != interference.end()) {
         auto action = std::move(found->second);
         interference.erase(found);
         action();
     }
-    CheckPatience();
-    if (plugIsOut) return !Refuse(code);
-    return calls == failAt && !Refuse(code);
+    begun = true;
+}
+
+bool SimulatedPc::Fails(uint32_t code) {
+    if (!begun) Begin();
+    begun = false;
+    return (plugIsOut || calls == failAt) && !Refuse(code);
 }
 
 bool SimulatedPc::ChangeFails(uint32_t code) {

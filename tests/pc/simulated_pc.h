@@ -193,7 +193,7 @@ public:
     int zoneMinutes = 0;                      // local time less UTC
     int dateOrder = 0;                        // 0 month first, 1 day first, 2 year first
     uint32_t ticks = 100000;                  // TickCount
-    uint64_t patience = 48ull * 3600 * 1000;  // virtual milliseconds until WaitsForever
+    uint64_t patience = 12ull * 3600 * 1000;  // virtual milliseconds until WaitsForever
 
     // --- machine ---------------------------------------------------------------------------------------------------
     pc::OsVersion version;
@@ -250,11 +250,14 @@ public:
     }
 
     // --- for the platform functions (simulated_*.cpp) ---------------------------------------------------------------
-    // Counts a call that may fail; true when it must fail now (the code is then in lastError).
+    // First in a call that looks things up before it may fail: counts the call and lets others interfere.
+    void Begin();
+    // True when the call must fail now (the code is then in lastError). Begins the call when nobody has.
     bool Fails(uint32_t code);
     // The same for a change; throws PlugPulled when the plug is pulled.
     bool ChangeFails(uint32_t code);
     bool Refuse(uint32_t code) {
+        begun = false;
         lastError = code;
         return false;
     }
@@ -277,6 +280,7 @@ public:
 
 private:
     int failAt = -1, stopAt = -1;
+    bool begun = false;
     uint64_t looks = 0;  // at the clock and the queue, against endless loops
     std::map<int, std::function<void()>> interference;
     std::map<std::type_index, std::shared_ptr<void>> parts;

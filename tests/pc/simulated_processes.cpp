@@ -155,6 +155,7 @@ void Process::Close() {
 }
 
 uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
+    Pc().Begin();
     std::string note = std::string("run ") + (windowStyle == 0 ? "hidden " : "") + commandLine;
     uint32_t code = 0, first = 0;
     Place image;
@@ -181,6 +182,7 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
 }
 
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process) {
+    Pc().Begin();
     process.Close();
     if (Running(processId) && Pc().Fails(denied)) return false;
     RunningProgram* program = Running(processId);  // may have ended meanwhile
@@ -202,6 +204,7 @@ bool GetExitCode(const Process& process, uint32_t& exitCode) {
 }
 
 bool Terminate(const Process& process, uint32_t exitCode) {
+    Pc().Begin();
     auto found = ThePrograms().handles.find(process.value);
     if (found == ThePrograms().handles.end()) return Pc().Refuse(6);
     if (!(found->second.access & processTerminate)) return Pc().Refuse(denied);
@@ -240,6 +243,7 @@ PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
 }
 
 intptr_t ShellOpen(const std::string& file, const std::string& verb, const std::string& parameters, int) {
+    Pc().Begin();
     size_t colon = file.find(':');
     bool address = colon != std::string::npos && colon > 1 && file.find('\\') > colon;
     std::string line = file + (parameters.empty() ? "" : " " + parameters);

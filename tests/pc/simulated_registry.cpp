@@ -74,9 +74,9 @@ Key& Key::operator=(Key&& other) noexcept {
     return *this;
 }
 
-int32_t OpenKey(uint32_t root, const std::string& path, uint32_t access, Key& key) {
-    key = Key();
-    if (int32_t code = CheckPath(root, path)) return code;
+namespace {
+
+int32_t OpenExisting(uint32_t root, const std::string& path, uint32_t access, Key& key) {
     if (Pc().Fails(errorAccessDenied)) return errorAccessDenied;
     std::string shown;
     KeyNode node = FindKey(root, path, access, shown);
@@ -84,11 +84,21 @@ int32_t OpenKey(uint32_t root, const std::string& path, uint32_t access, Key& ke
     return Grants(*node, access) ? Opened(node, access, shown, key) : errorAccessDenied;
 }
 
+}  // namespace
+
+int32_t OpenKey(uint32_t root, const std::string& path, uint32_t access, Key& key) {
+    Pc().Begin();
+    key = Key();
+    int32_t code = CheckPath(root, path);
+    return code ? code : OpenExisting(root, path, access, key);
+}
+
 int32_t CreateKey(uint32_t root, const std::string& path, uint32_t access, Key& key) {
+    Pc().Begin();
     key = Key();
     if (int32_t code = CheckPath(root, path)) return code;
     std::string shown, above;
-    if (FindKey(root, path, access, shown)) return OpenKey(root, path, access, key);
+    if (FindKey(root, path, access, shown)) return OpenExisting(root, path, access, key);
     // The nearest key that is there must let its subkeys be made.
     KeyNode parent;
     for (std::string folder = path; !parent && !folder.empty();) {
@@ -109,6 +119,7 @@ int32_t CloseKey(Key& key) {
 }
 
 int32_t QueryValue(const Key& key, const std::string& name, uint32_t& type, std::string& data) {
+    Pc().Begin();
     data.clear();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keyQueryValue, code);
@@ -122,6 +133,7 @@ int32_t QueryValue(const Key& key, const std::string& name, uint32_t& type, std:
 }
 
 int32_t SetValue(const Key& key, const std::string& name, uint32_t type, const std::string& data) {
+    Pc().Begin();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keySetValue, code);
     if (!entry) return code;
@@ -135,6 +147,7 @@ int32_t SetValue(const Key& key, const std::string& name, uint32_t type, const s
 }
 
 int32_t DeleteValue(const Key& key, const std::string& name) {
+    Pc().Begin();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keySetValue, code);
     if (!entry) return code;
@@ -147,6 +160,7 @@ int32_t DeleteValue(const Key& key, const std::string& name) {
 }
 
 int32_t EnumKey(const Key& key, uint32_t index, std::string& name) {
+    Pc().Begin();
     name.clear();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keyEnumerateSubKeys, code);
@@ -158,6 +172,7 @@ int32_t EnumKey(const Key& key, uint32_t index, std::string& name) {
 }
 
 int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, uint32_t& dataSize) {
+    Pc().Begin();
     name.clear();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keyQueryValue, code);
@@ -172,6 +187,7 @@ int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& t
 }
 
 int32_t DeleteSubkey(const Key& parent, const std::string& name, uint32_t) {
+    Pc().Begin();
     int32_t code;
     OpenKeyEntry* entry = Entry(parent, 0, code);
     if (!entry) return code;
@@ -192,6 +208,7 @@ int32_t DeleteSubkey(const Key& parent, const std::string& name, uint32_t) {
 }
 
 int32_t GetKeySecurity(const Key& key, std::string& descriptor) {
+    Pc().Begin();
     descriptor.clear();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keyReadControl, code);
@@ -209,6 +226,7 @@ int32_t GetKeySecurity(const Key& key, std::string& descriptor) {
 }
 
 int32_t SetKeySecurity(const Key& key, const std::string& descriptor) {
+    Pc().Begin();
     int32_t code;
     OpenKeyEntry* entry = Entry(key, keyWriteDac, code);
     if (!entry) return code;
