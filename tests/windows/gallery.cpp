@@ -2,9 +2,11 @@
 #include <windows.h>
 
 #include "controls/form_host.h"
+#include "controls/input_box.h"
 #include "controls/sidebar.h"
 #include "platform/machine.h"
 #include "system/text.h"
+#include "system/trace.h"
 
 namespace {
 
@@ -64,7 +66,9 @@ constexpr ControlSpec controls[] = {
      0,
      "netsh winsock reset|netsh interface ip reset|ipconfig /flushdns"},
     {Kind::progress, "pb", "", {3420, 7380, 8700, 240}, "", growWidth | moveDown},
-    {Kind::label, "txtStatus", "Idle...", {3420, 7860, 4200, 300}, "", moveDown},
+    {Kind::label, "txtStatus", "Idle...", {3420, 7860, 1200, 300}, "", moveDown},
+    {Kind::button, "cmdScale", "&Other scale", {4680, 7800, 1380, 420}, "", moveRight | moveDown},
+    {Kind::button, "cmdAsk", "Ask &me", {6210, 7800, 1380, 420}, "", moveRight | moveDown},
     {Kind::button, "cmdPage", "Show the &page", {7740, 7800, 1380, 420}, "", moveRight | moveDown},
     {Kind::button, "cmdOk", "OK", {9240, 7800, 1380, 420}, "", moveRight | moveDown | defaultButton},
     {Kind::button, "cmdCancel", "Cancel", {10740, 7800, 1380, 420}, "", moveRight | moveDown | cancelButton},
@@ -74,6 +78,19 @@ constexpr ControlSpec controls[] = {
     {Kind::label, "lblBack", "<< Back", {480, 960, 2400, 240}, "picPage"},
     {Kind::browser, "WebBrowser1", "", {480, 1440, 8520, 5880}, "picPage", growWidth | growHeight},
 };
+
+// What the system does when the window is drawn to a screen of another resolution.
+void ChangeScale(const Form& form) {
+    static int dpi = 96;
+    dpi = dpi == 96 ? 144 : 96;
+    auto window = reinterpret_cast<HWND>(host::WindowOf(form));
+    RECT place;
+    GetWindowRect(window, &place);
+    place.right = place.left + (place.right - place.left) * dpi / (240 - dpi);
+    place.bottom = place.top + (place.bottom - place.top) * dpi / (240 - dpi);
+    constexpr UINT messageDpiChanged = 0x02E0;
+    SendMessageW(window, messageDpiChanged, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+}
 
 std::string ProgramFolder() {
     std::string path = pc::ProgramPath();
@@ -124,6 +141,9 @@ const FormDefinition frmGallery = {
             form.SetVisible("picPage", true);
             form.Find("WebBrowser1")->Navigate("http://127.0.0.1:9/");
         });
+        form.OnClick("cmdScale", [&form] { ChangeScale(form); });
+        form.OnClick("cmdAsk",
+                     [&form] { form.SetText("txtStatus", "Answer: " + InputBox("What is your name?", "Jane")); });
         form.OnClick("lblBack", [&form] { form.SetVisible("picPage", false); });
         form.Find("WebBrowser1")->onChange = [&form] { form.SetText("txtStatus", form.Text("WebBrowser1")); };
         form.Find("Timer1")->onTimer = [&form] { form.SetValue("pb", (form.Find("pb")->Value() + 2) % 101); };
@@ -133,6 +153,7 @@ const FormDefinition frmGallery = {
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     host::Start();
+    InitPaths(true, true);
     ShowForm(frmGallery);
     host::RunUntilNoForms();
     return 0;
