@@ -1,0 +1,245 @@
+#include "console/console.h"
+
+#include "console/console_parts.h"
+#include "console/fields.h"
+#include "maintenance/custom_apps.h"
+#include "pc/pc_test.h"
+#include "pc/simulated_net.h"
+#include "platform/messages.h"
+#include "system/program_state.h"
+#include "system/scramble.h"
+#include "system/settings.h"
+#include "system/text.h"
+#include "system/trace.h"
+
+namespace {
+
+class ConsoleTest : public PcTest {
+protected:
+    ConsoleTest() { InitPaths(true, true); }
+
+    Form& Open() { return ShowForm(frmConfig()); }
+    Form& Reopen() {
+        UnloadForm(FormNamed("frmConfig"));
+        return Open();
+    }
+    static std::string Stored(const char* section, const char* key) { return Setting(section, key); }
+};
+
+bool IsTick(const Field& field) { return field.item == Item::check || field.item == Item::option; }
+
+// Fields that WriteEmailConfig keeps are Keep::none here; they have a test of their own.
+TEST_F(ConsoleTest, EveryFieldOfEveryPageIsSavedUnderItsKeyAndLoadedByAFreshConsole) {
+    Form* form = &Open();
+    int number = 0;
+    std::vector<std::string> wanted;
+    for (const Field& field : ConsoleFields()) {
+        Control* control = form->Find(field.control);
+        ASSERT_NE(control, nullptr) << field.control;
+        if (field.keep == Keep::whenChosen || field.keep == Keep::optionFlag || field.keep == Keep::none) continue;
+        if (IsTick(field))
+            control->SetValue(++number % 2);
+        else
+            control->SetText(field.keep == Keep::asLines ? "one\r\n\r\ntwo" : "text " + NumberText(++number));
+    }
+    ASSERT_TRUE(SaveConsole(*form));
+    for (const Field& field : ConsoleFields()) {
+        if (field.keep == Keep::whenChosen || field.keep == Keep::optionFlag || field.keep == Keep::none) continue;
+        const Control& control = *form->Find(field.control);
+        std::string expected = IsTick(field)                      ? NumberText(control.Value())
+                               : field.keep == Keep::asLines      ? "one||two"
+                               : field.keep == Keep::scrambled    ? EncryptString(control.Text(), passwordKey)
+                                                                  : control.Text();
+        EXPECT_EQ(Stored(field.section.c_str(), field.key.c_str()), expected) << field.control;
+        wanted.push_back(field.control + "=" + (IsTick(field) ? NumberText(control.Value()) : control.Text()));
+    }
+    form = &Reopen();
+    size_t at = 0;
+    for (const Field& field : ConsoleFields()) {
+        if (field.keep == Keep::whenChosen || field.keep == Keep::optionFlag || field.keep == Keep::none) continue;
+        const Control& control = *form->Find(field.control);
+        // The reminder always opens with 29, whatever is stored.
+        std::string expected = field.control == "comboMaintReminder" ? "comboMaintReminder=29" : wanted[at];
+        EXPECT_EQ(field.control + "=" + (IsTick(field) ? NumberText(control.Value()) : control.Text()), expected);
+        ++at;
+    }
+    EXPECT_GT(at, 90u);
+}
+
+TEST_F(ConsoleTest, ChosenOptionsWriteTheirOwnValueAndGroupsWithKeysOfTheirOwnWriteAll) {
+    struct Case {
+        const char* control;
+        const char* section;
+        const char* key;
+        const char* value;
+    };
+    const Case cases[] = {
+        {"optTextCenter", "Branding", "NewUITextAlign", "center"}, {"optTextRight", "Branding", "NewUITextAlign", "right"},
+        {"optRemoteEXE", "Branding", "RemoteSupportType", "EXE"},  {"optRemoteURL", "Branding", "RemoteSupportType", "URL"},
+        {"optRemoteDLandEXE", "Branding", "RemoteSupportType", "Download"}, {"optUseMSRA", "Branding", "RemoteUseMSRA", "1"},
+        {"optCustomSR", "CustomButton", "Type", "SR"},      {"optCustomDE1", "CustomButton1", "Type", "Download"},
+        {"optCustomEXE2", "CustomButton2", "Type", "EXE"},  {"optCustomURL3", "CustomButton3", "Type", "URL"},
+        {"optCustomWU4", "CustomButton4", "Type", "WU"},    {"optCustomCPQ", "CustomButton", "Type", "CPQ"},
+        {"optCustomSafe4", "CustomButton4", "Type", "SAFE"},
+    };
+    Form* form = &Open();
+    for (const Case& row : cases) {
+        form->SetValue(row.control, 1);
+        SaveConsole(*form);
+        EXPECT_EQ(Stored(row.section, row.key), row.value) << row.control;
+    }
+    form->SetValue("optLargeLogo", 1);
+    SaveConsole(*form);
+    EXPECT_EQ(Stored("Branding", "UseStdLogo") + Stored("Branding", "UseRectLogo") + Stored("Branding", "UseLargeLogo"),
+              "001");
+    WriteSetting("CustomButton", "Type", "URL");
+    for (const char* option : {"optCustomSR", "optCustomDE", "optCustomEXE", "optCustomURL", "optCustomWU", "optCustomCPQ",
+                               "optCustomSafe"})
+        form->SetValue(option, 0);
+    SaveConsole(*form);
+    EXPECT_EQ(Stored("CustomButton", "Type"), "URL") << "none chosen leaves the old type";
+}
+
+TEST_F(ConsoleTest, TheMailAccountIsKeptInItsOrderAndThePasswordScrambled) {
+    Form* form = &Open();
+    form->SetText("txtSMTPServer", "mail.example");
+    form->SetText("comboSMTPPort", "587");
+    form->SetText("txtSMTPPassword", "secret");
+    form->SetText("txtEmail", "tech@example.org");
+    form->SetValue("chkUseSSL", 1);
+    Pc().journal.clear();
+    WriteEmailConfig(*form);
+    std::vector<std::string> keys;
+    for (const std::string& line : Pc().Journal("ini ")) {
+        std::string entry = line.substr(line.find("] ") + 2);
+        keys.push_back(entry.substr(0, entry.find('=')));
+    }
+    EXPECT_LINES(keys, {"SMTPServer", "SMTPPort", "SMTPUserName", "SMTPPassword", "FromEmail", "ToEmail", "SMTPAuth",
+                        "UseSSL"});
+    EXPECT_EQ(DecryptString(Stored("EmailConfig", "SMTPPassword"), passwordKey), "secret");
+    EXPECT_EQ(Stored("EmailConfig", "SMTPPassword").find("secret"), std::string::npos);
+    form = &Reopen();
+    EXPECT_EQ(form->Text("txtSMTPPassword") + form->Text("comboSMTPPort"), "secret587");
+}
+
+TEST_F(ConsoleTest, WhatNoFileCanHoldNeverHarmsItsNeighbours) {
+    const std::string odd[] = {std::string(300, 'x'), "a \"quoted\" b", "k=v;c[s]|p", "line\r\n[Other]\r\nkey=1", "\xC3\xA4\xD0\xB6"};
+    for (const std::string& text : odd) {
+        Form& form = Open();
+        form.SetText("txtAppName", text);
+        form.SetText("txtPhone", "123");
+        SaveConsole(form);
+        EXPECT_EQ(Stored("Branding", "PhoneNumber"), "123");
+        EXPECT_EQ(Stored("Other", "key"), "");
+        Form& fresh = Reopen();
+        EXPECT_EQ(fresh.Text("txtAppName"), Stored("Branding", "AppName"));
+        EXPECT_EQ(fresh.Text("txtPhone"), "123");
+        UnloadForm(fresh);
+    }
+}
+
+TEST_F(ConsoleTest, RulesBetweenControlsAndQuietMarks) {
+    Form& form = Open();
+    struct Rule {
+        const char* option;
+        const char* enabled;  // of the five controls, in the order below
+    };
+    const char* five[] = {"txtRemoteDLFileName", "txtRemoteDLEXEName", "txtSupportApp", "txtSupportAppParms",
+                          "chkUseIBForSupportURL"};
+    ShowPage(form, "picRemote");
+    for (const Rule& rule : {Rule{"optRemoteDLandEXE", "11110"}, Rule{"optRemoteEXE", "00110"},
+                             Rule{"optRemoteURL", "00101"}, Rule{"optUseMSRA", "00000"}}) {
+        form.Find(rule.option)->UserClicked();
+        std::string state;
+        for (const char* name : five) state += form.Find(name)->Enabled() ? '1' : '0';
+        EXPECT_EQ(state, rule.enabled) << rule.option;
+    }
+    EXPECT_FALSE(form.Find("txtEmailURLOnly")->Enabled());
+    ShowPage(form, "picEmail");
+    form.Find("chkSecondEmail")->UserClicked();
+    EXPECT_TRUE(form.Find("txtEmailURLOnly")->Enabled() && form.Find("txtEmailCaption2")->Enabled());
+    struct Mark {
+        const char* control;
+        const char* text;
+        bool wrong;
+    };
+    for (const Mark& mark : {Mark{"comboSMTPPort", "25", false}, Mark{"comboSMTPPort", "abc", true},
+                             Mark{"comboSMTPPort", "70000", true}, Mark{"txtRPTime(1)", "23:59:59", false},
+                             Mark{"txtRPTime(1)", "24:00:00", true}, Mark{"txtLogoWebsite", "www.x", true},
+                             Mark{"txtLogoWebsite", "https://x", false}, Mark{"txtFromEmail", "nobody", true}}) {
+        Control& box = *form.Find(mark.control);
+        ShowPage(form, box.Container().c_str());
+        box.UserTyped(mark.text);
+        EXPECT_EQ(!form.Text(std::string(mark.control) + "Note").empty(), mark.wrong) << mark.control << mark.text;
+    }
+    EXPECT_TRUE(SaveConsole(form)) << "a mark never blocks a save";
+}
+
+TEST_F(ConsoleTest, ClosingWithChangesAsksAndAReadOnlyFileIsTold) {
+    Form* form = &Open();
+    EXPECT_TRUE(UnloadForm(*form, true)) << "nothing changed, nothing asked";
+    form = &Open();
+    form->SetText("txtAppName", "Changed");
+    Pc().Answer(pc::answerCancel);
+    EXPECT_FALSE(UnloadForm(*form, true));
+    Pc().Answer(pc::answerYes);
+    EXPECT_TRUE(UnloadForm(*form, true));
+    EXPECT_EQ(Stored("Branding", "AppName"), "Changed");
+    Pc().AddFile(State().settingsFile, Pc().FileText(State().settingsFile), pc::attributeReadOnly);
+    Pc().Answer(pc::answerOk);
+    EXPECT_FALSE(SaveConsole(Open()));
+}
+
+TEST_F(ConsoleTest, TheSetIsPackedFlatAndMovedToTheDesktop) {
+    Pc().AddFolder(Pc().Env("public") + "\\Desktop");
+    Pc().AddFile("C:\\Panel\\supportlogo.png", "logo");
+    Pc().AddFile("C:\\Panel\\App.cfg", "[Config]\r\n");
+    Form& form = Open();
+    Pc().Answer(pc::answerOk);
+    SaveAndZip(form);
+    EXPECT_TRUE(Pc().Exists(Pc().Env("public") + "\\Desktop\\BrevantaConfig.zip"));
+    EXPECT_FALSE(Pc().Exists("C:\\Panel\\ConfigUpload"));
+    EXPECT_FALSE(Pc().Exists("C:\\Panel\\BrevantaConfig.zip"));
+    EXPECT_TRUE(Pc().Journal("show \"Your config is saved to your desktop.\"").size() == 1);
+}
+
+TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {
+    Pc().AddFile("C:\\Panel\\ByHand.cfg", "[Config]\r\nApp=x\r\nRunInCMD=1\r\n");
+    Pc().AddFile("C:\\Panel\\SortOrder.cfg", "[SortOrder]\r\nSortOrder=Gone|ByHand|ByHand|\r\n");
+    Form& form = Open();
+    ShowPage(form, "picCustomAppsMaint");
+    Control& list = *form.Find("listApps");
+    EXPECT_LINES(list.Items(), {"ByHand"});
+    auto save = [&](const char* name) {
+        form.SetText("txtName", name);
+        form.SetText("txtFileName(0)", "tool.exe");
+        form.Find("cmdMaint(3)")->UserClicked();
+    };
+    for (int i = 0; i < 5; ++i) Pc().Answer(pc::answerOk);
+    save("A&B");
+    save("A/B");
+    save("NUL");
+    save("SortOrder");
+    save("second");
+    EXPECT_LINES(list.Items(), {"ByHand", "A-B", "second"});
+    EXPECT_EQ(ReadIni("C:\\Panel\\A-B.cfg", "Config", "App"), "tool.exe");
+    list.Select(2);
+    form.Find("cmdListMove(0)")->UserClicked();
+    EXPECT_LINES(ReadSortOrder(), {"ByHand", "second", "A-B"});
+    form.Find("listApps")->UserSelected(0);
+    OnModal("frmInputBox", [](Form& box) {
+        box.SetText("txtAnswer", "New");
+        box.Find("cmdOk")->UserClicked();
+    });
+    Pc().Answer(pc::answerOk);
+    form.Find("cmdListMove(2)")->UserClicked();
+    EXPECT_LINES(ReadSortOrder(), {"New", "second", "A-B"});
+    EXPECT_FALSE(Pc().Exists("C:\\Panel\\ByHand.cfg"));
+    EXPECT_EQ(ReadIni("C:\\Panel\\New.cfg", "Config", "App") + ReadIni("C:\\Panel\\New.cfg", "Config", "RunInCMD"), "x1");
+    form.Find("listApps")->UserSelected(1);
+    form.Find("cmdListMove(3)")->UserClicked();
+    EXPECT_LINES(ReadSortOrder(), {"New", "A-B"});
+    EXPECT_FALSE(Pc().Exists("C:\\Panel\\second.cfg"));
+}
+
+}  // namespace
