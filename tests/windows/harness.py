@@ -8,7 +8,9 @@ import os
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
@@ -18,6 +20,9 @@ OUT = ROOT / "out"
 BUILD = ROOT / "build/windows"
 SHOTS = ROOT / "build/shots"
 LIMIT = float(os.environ.get("BREVANTA_WAIT", 20))  # seconds that a PC under load may take for a step
+
+# A time limit from outside still tidies up.
+signal.signal(signal.SIGTERM, lambda *_: sys.exit("told to stop"))
 
 # Buttons of message boxes by their ids.
 OK, CANCEL, YES, NO = 1, 2, 6, 7
