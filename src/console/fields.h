@@ -80,4 +80,4 @@ struct Field {
 const std::vector<Field>& ConsoleFields();
 
 // Twips of the console form.
-inline constexpr int consoleWidth = 14400, consoleHeight = 9900, consoleSideBarWidth = 3000;
+inline constexpr int consoleWidth = 14700, consoleHeight = 9900, consoleSideBarWidth = 3300;

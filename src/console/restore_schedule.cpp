@@ -13,11 +13,11 @@ namespace {
 
 constexpr ControlSpec controls[] = {
     {Kind::label, "lblSRPTitle", "Automatic SRP", {300, 240, 10680, 420}, "picAutoSRP", heading | noPrefix},
-    {Kind::label, "lblSRPDay", "Day:", {300, 840, 1500, 240}, "picAutoSRP", bold},
-    {Kind::label, "lblSRPTime", "Specify Time (hh:mm:ss)", {1980, 600, 1560, 480}, "picAutoSRP", bold | wrap},
-    {Kind::label, "lblSRPName", "Restore Point Name:", {3660, 840, 4500, 240}, "picAutoSRP", bold},
-    ROW(0, 1140) ROW(1, 1740) ROW(2, 2340)
-    {Kind::label, "lblSRPFormat", "Must be 24 hour format!", {300, 2970, 6000, 240}, "picAutoSRP", note},
+    {Kind::label, "lblSRPDay", "Day:", {300, 960, 1500, 240}, "picAutoSRP", bold},
+    {Kind::label, "lblSRPTime", "Specify Time (hh:mm:ss)", {1980, 690, 1620, 540}, "picAutoSRP", bold | wrap},
+    {Kind::label, "lblSRPName", "Restore Point Name:", {3660, 960, 4500, 240}, "picAutoSRP", bold},
+    ROW(0, 1260) ROW(1, 1860) ROW(2, 2460)
+    {Kind::label, "lblSRPFormat", "Must be 24 hour format!", {300, 3090, 6000, 240}, "picAutoSRP", note},
 };
 
 #undef ROW
