@@ -186,7 +186,10 @@ void RemoveNode(const Place& place) {
 
 uint32_t RefusedChange(const Place& place) {
     if (!place.node && !place.CanBeMade()) return place.closed && place.error == 2 ? invalidName : place.error;
-    return (place.node ? place.node->denied : place.parent->denied) ? 5 : 0;
+    if (place.node ? place.node->denied : place.parent->denied) return 5;
+    std::string path = Fold(place.path);
+    bool shared = path.starts_with("C:\\WINDOWS\\") || path.starts_with("C:\\PROGRAM FILES");
+    return Pc().ordinaryUser && shared && !path.starts_with("C:\\WINDOWS\\TEMP\\") ? 5 : 0;
 }
 
 size_t TakeSpace(size_t size) {

@@ -147,13 +147,14 @@ std::string AccessList(const std::vector<std::pair<std::string, uint32_t>>& gran
     return list + entries;
 }
 
-bool Grants(const RegistryNode& node, uint32_t wanted) {
+bool Grants(const RegistryNode& node, uint32_t wanted, const std::string& shown) {
     // The user, users, everyone, authenticated users, administrators.
     std::vector<std::string> token = {Pc().UserSid(), "S-1-5-32-545", "S-1-1-0", "S-1-5-11", "S-1-5-32-544"};
+    if (Pc().ordinaryUser) token.pop_back();
     const std::string& list = node.accessList;
-    if (list.empty()) return true;
+    if (list.empty()) return !Pc().ordinaryUser || shown.starts_with("HKCU") || !(Mapped(wanted) & 0xD0026);
     uint32_t left = Mapped(wanted) & pc::keyAllAccess;
-    if (node.owned) left &= ~(pc::keyReadControl | pc::keyWriteDac);
+    if (node.owned && !Pc().ordinaryUser) left &= ~(pc::keyReadControl | pc::keyWriteDac);
     size_t at = 8;
     for (uint16_t count = Word(list, 4); count > 0 && at + 8 <= list.size(); --count) {
         uint16_t size = Word(list, at + 2);

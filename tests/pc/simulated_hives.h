@@ -44,6 +44,6 @@ uint32_t SplitKeyPath(const std::string& path, std::string& rest);
 // The node of root\path in the view that the access bits choose; null when it is not there. shown takes the place.
 KeyNode FindKey(uint32_t root, const std::string& path, uint32_t access, std::string& shown, bool make = false);
 // Whether the key's access list grants all the bits to this user.
-bool Grants(const RegistryNode& node, uint32_t wanted);
+bool Grants(const RegistryNode& node, uint32_t wanted, const std::string& shown);
 // A list with one grant each for these SID texts.
 std::string AccessList(const std::vector<std::pair<std::string, uint32_t>>& grants);

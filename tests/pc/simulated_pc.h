@@ -209,6 +209,8 @@ public:
     std::string Profile() const { return Env("userprofile"); }
     void AddAccount(const std::string& name, const std::string& sid);  // "S-1-5-21-..."
     std::string UserSid() const;
+    // The current user is no administrator: the folders of Windows and of programs, and HKLM, refuse changes.
+    void BeOrdinaryUser() { ordinaryUser = true; }
     void AddResource(const std::string& type, const std::string& name, const std::string& bytes);
 
     // --- WMI -------------------------------------------------------------------------------------------------------
@@ -274,6 +276,7 @@ public:
     std::map<std::string, std::string> passwords;                         // that were set
     std::map<int, std::string> specialFolders;                            // by CSIDL number
     uint64_t bytesLeft = UINT64_MAX;
+    bool ordinaryUser = false;
     uint64_t elapsed = 0;          // virtual milliseconds since the PC was made
     uint64_t clockBase = 0;        // local file time at elapsed 0
     std::function<void()> onPump;  // the headless host's timers

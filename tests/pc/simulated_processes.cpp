@@ -238,7 +238,8 @@ PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
         return PrivilegeStep::adjust;
     }
     std::erase(Pc().heldPrivileges, name);
-    if (enable) Pc().heldPrivileges.push_back(name);
+    // Who has no right to a privilege is told so by nobody.
+    if (enable && !Pc().ordinaryUser) Pc().heldPrivileges.push_back(name);
     return PrivilegeStep::done;
 }
 

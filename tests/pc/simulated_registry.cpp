@@ -81,7 +81,7 @@ int32_t OpenExisting(uint32_t root, const std::string& path, uint32_t access, Ke
     std::string shown;
     KeyNode node = FindKey(root, path, access, shown);
     if (!node) return errorFileNotFound;
-    return Grants(*node, access) ? Opened(node, access, shown, key) : errorAccessDenied;
+    return Grants(*node, access, shown) ? Opened(node, access, shown, key) : errorAccessDenied;
 }
 
 }  // namespace
@@ -106,7 +106,7 @@ int32_t CreateKey(uint32_t root, const std::string& path, uint32_t access, Key& 
         parent = FindKey(root, folder, access, above);
     }
     if (!parent) return errorFileNotFound;
-    if (!Grants(*parent, keyCreateSubKey) || Pc().ChangeFails(errorAccessDenied)) return errorAccessDenied;
+    if (!Grants(*parent, keyCreateSubKey, above) || Pc().ChangeFails(errorAccessDenied)) return errorAccessDenied;
     KeyNode node = FindKey(root, path, access, shown, true);
     Pc().Note("make key " + shown);
     return Opened(node, access, shown, key);
@@ -199,7 +199,7 @@ int32_t DeleteSubkey(const Key& parent, const std::string& name, uint32_t) {
         if (found == node->keys.end()) return errorFileNotFound;
         node = found->second;
     }
-    if (!node->keys.empty() || !Grants(*node, deleteAccess)) return errorAccessDenied;
+    if (!node->keys.empty() || !Grants(*node, deleteAccess, entry->path)) return errorAccessDenied;
     if (Pc().ChangeFails(errorAccessDenied)) return errorAccessDenied;
     node->deleted = true;
     above->keys.erase(Fold(node->name));
