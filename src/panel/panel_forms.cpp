@@ -42,19 +42,32 @@ constexpr ControlSpec HealthValue(int row, const char* name, int width) {
             .container = "frameHealth",
             .flags = noPrefix};
 }
-constexpr std::array<ControlSpec, 24> HealthControls(int valueWidth) {
-    return {HealthLabel(0, "Label6", "Last Maintenance:"),    HealthValue(0, "lblLastMaint", valueWidth),
-            HealthLabel(1, "Label4", "Storage Space:"),       HealthValue(1, "lblHDD", valueWidth),
-            HealthLabel(2, "Label5", "RAM (Memory):"),        HealthValue(2, "lblRAM", valueWidth),
-            HealthLabel(3, "Label3", "Windows Version:"),     HealthValue(3, "lblOS", valueWidth),
-            HealthLabel(4, "Label2", "Antivirus Installed:"), HealthValue(4, "lblAV", valueWidth),
-            HealthLabel(5, "Label8", "Firewall Installed:"),  HealthValue(5, "lblFirewall", valueWidth),
-            HealthLabel(6, "Label10", "Automatic Updates:"),  HealthValue(6, "lblAutoUpdates", valueWidth),
-            HealthLabel(7, "Label1", "System Restore:"),      HealthValue(7, "lblSystemRestore", valueWidth),
-            HealthLabel(8, "Label9", "User Acct. Control:"),  HealthValue(8, "lblUAC", valueWidth),
-            HealthLabel(9, "Label7", "Internet Access:"),     HealthValue(9, "lblInternet", valueWidth),
-            HealthLabel(10, "lblIntIPLabel", "Internal IP"),  HealthValue(10, "lblIntIP", valueWidth),
-            HealthLabel(11, "Label11", "External IP"),        HealthValue(11, "lblExtIP", valueWidth)};
+constexpr std::array<ControlSpec, 25> HealthControls(int valueWidth) {
+    return {HealthLabel(0, "Label6", "Last Maintenance:"),
+            HealthValue(0, "lblLastMaint", valueWidth),
+            HealthLabel(1, "Label4", "Storage Space:"),
+            HealthValue(1, "lblHDD", valueWidth),
+            HealthLabel(2, "Label5", "RAM (Memory):"),
+            HealthValue(2, "lblRAM", valueWidth),
+            HealthLabel(3, "Label3", "Windows Version:"),
+            HealthValue(3, "lblOS", valueWidth),
+            HealthLabel(4, "Label2", "Antivirus Installed:"),
+            HealthValue(4, "lblAV", valueWidth),
+            HealthLabel(5, "Label8", "Firewall Installed:"),
+            HealthValue(5, "lblFirewall", valueWidth),
+            HealthLabel(6, "Label10", "Automatic Updates:"),
+            HealthValue(6, "lblAutoUpdates", valueWidth),
+            HealthLabel(7, "Label1", "System Restore:"),
+            HealthValue(7, "lblSystemRestore", valueWidth),
+            HealthLabel(8, "Label9", "User Acct. Control:"),
+            HealthValue(8, "lblUAC", valueWidth),
+            HealthLabel(9, "Label7", "Internet Access:"),
+            HealthValue(9, "lblInternet", valueWidth),
+            HealthLabel(10, "lblIntIPLabel", "Internal IP"),
+            HealthValue(10, "lblIntIP", valueWidth),
+            HealthLabel(11, "Label11", "External IP"),
+            HealthValue(11, "lblExtIP", valueWidth),
+            {Kind::image, "imgBall", "", {2160 + valueWidth - 480, 90, 480, 480}, "frameHealth"}};
 }
 
 // Logo and phone on the left, health beside them, a row of buttons below.
@@ -65,32 +78,21 @@ constexpr ControlSpec ActionButton(int column, const char* name, const char* cap
 }
 
 constexpr auto classicControls = Join(
-    std::array<ControlSpec, 13>{
+    std::array<ControlSpec, 12>{
         ActionButton(0, "cmdFix", "Fix Internet"),
         ActionButton(1, "cmdMaint", "Run Maintenance"),
         ActionButton(2, "cmdStartSupport", "Start Support Session"),
         ActionButton(3, "cmdEmailSupport", "Email Support"),
         ActionButton(4, "cmdCustom", "Custom Button"),
-        {.kind = Kind::button, .name = "cmdClose", .caption = "Close", .box = {9780, 5880, 1380, 360}},
-        {.kind = Kind::image, .name = "AlphaImgCtl1", .box = {360, 360, 1815, 1575}},
-        {.kind = Kind::label,
-         .name = "lblTel",
-         .caption = "Telephone:",
-         .box = {60, 2235, 2400, 240},
-         .flags = alignCenter | noPrefix},
-        {.kind = Kind::label,
-         .name = "lblPhone",
-         .box = {60, 2475, 2400, 420},
-         .flags = heading | alignCenter | noPrefix},
-        {.kind = Kind::frame,
-         .name = "frameHealth",
-         .caption = "Your PC Health",
-         .box = {2760, 240, 8400, healthHeight}},
-        {.kind = Kind::image, .name = "imgBall", .box = {10500, 330, 480, 480}},
-        {.kind = Kind::label, .name = "txtStatus", .box = {240, 5940, 9360, 240}, .flags = noPrefix},
-        {.kind = Kind::timer, .name = "Timer1", .box = {}, .flags = disabled},
+        {Kind::button, "cmdClose", "Close", {9780, 5880, 1380, 360}},
+        {Kind::image, "AlphaImgCtl1", "", {360, 360, 1815, 1575}},
+        {Kind::label, "lblTel", "Telephone:", {60, 2235, 2400, 240}, "", alignCenter | noPrefix},
+        {Kind::label, "lblPhone", "", {60, 2475, 2400, 780}, "", heading | alignCenter | noPrefix | wrap},
+        {Kind::frame, "frameHealth", "Your PC Health", {2760, 240, 8400, healthHeight}},
+        {Kind::label, "txtStatus", "", {240, 5940, 9360, 240}, "", noPrefix},
+        {Kind::timer, "Timer1", "", {}, "", disabled},
     },
-    HealthControls(6000));
+    HealthControls(6060));
 
 constexpr ControlSpec OnPage(Kind kind, const char* name, const char* caption, Box box) {
     return {.kind = kind, .name = name, .caption = caption, .box = box, .container = "picSRP"};
@@ -128,28 +130,20 @@ constexpr auto restorePage =
 // everything but the status line, which its actions write to.
 constexpr int newWidth = 10260, newHeight = 8400, statusTop = 7920;
 
-constexpr auto newControls = Join(
-    std::array<ControlSpec, 11>{{
-        {.kind = Kind::sideBar, .name = "SideBar", .box = {0, 0, 3120, newHeight}},
-        {.kind = Kind::image, .name = "AlphaImgCtl1", .box = {3360, 360, 2400, 1575}},
-        {.kind = Kind::label,
-         .name = "lblTel",
-         .caption = "Telephone:",
-         .box = {7500, 780, 2520, 240},
-         .flags = noPrefix},
-        {.kind = Kind::label, .name = "lblPhone", .box = {7500, 1020, 2520, 420}, .flags = heading | noPrefix},
-        {.kind = Kind::label, .name = "lblCustomLarge", .box = {3360, 2220, 6660, 420}, .flags = heading | noPrefix},
-        {.kind = Kind::label, .name = "lblCustomSmall", .box = {3360, 2640, 6660, 300}, .flags = noPrefix},
-        {.kind = Kind::frame,
-         .name = "frameHealth",
-         .caption = "Your PC Health",
-         .box = {3360, 3120, 6660, healthHeight}},
-        {.kind = Kind::image, .name = "imgBall", .box = {9360, 3210, 480, 480}},
-        {.kind = Kind::label, .name = "txtStatus", .box = {3360, statusTop + 90, 6660, 240}, .flags = noPrefix},
-        {.kind = Kind::timer, .name = "Timer1", .box = {}, .flags = disabled},
-        {.kind = Kind::picture, .name = "picSRP", .box = {0, 0, newWidth, statusTop}},
-    }},
-    Join(HealthControls(4320), restorePage));
+constexpr auto newControls =
+    Join(std::array<ControlSpec, 10>{{
+             {Kind::sideBar, "SideBar", "", {0, 0, 3120, newHeight}},
+             {Kind::image, "AlphaImgCtl1", "", {3360, 360, 2400, 1575}},
+             {Kind::label, "lblTel", "Telephone:", {7500, 780, 2520, 240}, "", noPrefix},
+             {Kind::label, "lblPhone", "", {7500, 1020, 2520, 780}, "", heading | noPrefix | wrap},
+             {Kind::label, "lblCustomLarge", "", {3360, 2160, 6660, 390}, "", heading | noPrefix},
+             {Kind::label, "lblCustomSmall", "", {3360, 2550, 6660, 510}, "", noPrefix | wrap},
+             {Kind::frame, "frameHealth", "Your PC Health", {3360, 3120, 6660, healthHeight}},
+             {Kind::label, "txtStatus", "", {3360, statusTop + 90, 6660, 240}, "", noPrefix},
+             {Kind::timer, "Timer1", "", {}, "", disabled},
+             {Kind::picture, "picSRP", "", {0, 0, newWidth, statusTop}},
+         }},
+         Join(HealthControls(4320), restorePage));
 
 void BuildClassicPanel(Form& form) {
     form.onLoad = [&form] {

@@ -111,7 +111,7 @@ void PlacePhone(Form& form, bool modern) {
         int right = first.left + first.width;
         first.left = hasLogo ? box.left + box.width + gap : box.left;
         first.width = right - first.left;
-        first.top = box.top + (box.height - first.height - second.height) / 2;
+        first.top = box.top + (box.height - first.height - second.height / 2) / 2;  // the number has room for two lines
     } else {
         first.left = box.left + (box.width - first.width) / 2;
         first.top = hasLogo ? box.top + box.height + gap : box.top;

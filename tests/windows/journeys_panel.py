@@ -1,0 +1,77 @@
+"""The client's window: first start with nothing beside the program, both faces, the external address, bad answers."""
+import shutil
+import time
+
+from harness import CANCEL, OK, ROOT, Journey, wait
+from loopback import HttpServer, Reply
+
+UNMEASURED = "---"
+
+
+class PanelJourney(Journey):
+    def start_panel(self, form, settings=None):
+        self.pc.install("Brevanta.exe")
+        if settings is not None:
+            self.pc.write_settings(settings)
+        program = self.pc.start()
+        panel = self.pc.form(form, 60)
+        wait(lambda: panel.text("lblUAC") != UNMEASURED and panel.text("txtStatus") == "", "the PC to be measured", 60)
+        return program, panel
+
+    def test_first_start_with_nothing_beside_the_program(self):
+        program, panel = self.start_panel("frmMain")
+        self.assertEqual(panel.title(), "Talvenmoor  -  Support Control Panel")
+        self.assertEqual(panel.text("lblPhone"), "555-555-5555")
+        self.assertEqual(panel.text("lblInternet"), "Disconnected")
+        self.assertEqual(panel.text("lblExtIP"), UNMEASURED)
+        for item in ("lblHDD", "lblRAM", "lblOS", "lblAV", "lblFirewall", "lblAutoUpdates", "lblSystemRestore"):
+            self.assertNotIn(panel.text(item), ("", UNMEASURED), item)
+        self.assertFalse(panel.control("cmdCustom")["visible"])
+        self.assertFalse((self.pc.folder / "GetExternalIP.exe").exists())
+        panel.click("cmdClose")
+        self.assertEqual(program.wait(), 0)
+        self.assertIn("AppLaunch=1", (self.pc.folder / "Usage.ini").read_text())
+
+    def test_branded_new_face(self):
+        for file in (ROOT / "resources/demo").glob("*"):
+            shutil.copy(file, self.pc.folder)
+        program, panel = self.start_panel("frmMainNew")
+        self.assertEqual(panel.title(), "Harbour PC Care  -  Support Control Panel    v4.2")
+        self.assertTrue(panel.control("AlphaImgCtl1")["visible"])
+        panel.click("SideBar.2.1")
+        wait(lambda: panel.control("cmdSaveRP")["visible"], "the restore point page")
+        panel.type("txtRPName(1)", "Nightly")
+        panel.click("cmdSaveRP")
+        self.pc.box("Schedule Saved!").answer(OK)
+        wait(lambda: not panel.control("picSRP")["visible"], "the page to go")
+        self.assertIn("Name=Nightly", (self.pc.folder / "Brevanta.ini").read_text())
+        panel.click("SideBar.2.3")
+        self.pc.box().answer(CANCEL)
+        self.assertIn("Fix=1", (self.pc.folder / "Usage.ini").read_text())
+        panel.close()
+        self.assertEqual(program.wait(), 0)
+
+    def test_external_address(self):
+        login_page = Reply(b"<html>Welcome to the hotel</html>")
+        for answer, shown in ((b"203.0.113.7\n", "203.0.113.7"), (login_page, "Unknown"), (Reply(status=302,
+                              headers={"Location": "http://elsewhere.example/"}), "Unknown")):
+            with HttpServer({"/": b"there", "/IPCheck.php": answer}) as server:
+                program, panel = self.start_panel("frmMain", "[Branding]\nShowPreRemoteURL=0\n")
+                self.assertEqual(panel.text("lblInternet"), "Connected")
+                panel.wait_text("lblExtIP", shown)
+                self.assertEqual([path for _, path, _ in server.requests if path != "/"], ["/IPCheck.php"])
+                wait(lambda: sorted(file.name for file in self.pc.folder.iterdir())
+                     == ["Brevanta.exe", "Brevanta.ini", "Usage.ini"], "the companion's files to go")
+                panel.click("cmdClose")
+                self.assertEqual(program.wait(), 0)
+
+    def test_server_that_never_answers(self):
+        with HttpServer({"/IPCheck.php": Reply(b"203.0.113.7", chunk=1, delay=10)}):
+            begin = time.monotonic()
+            self.pc.install("GetExternalIP.exe")
+            program = self.pc.start(program=r"C:\Brevanta\GetExternalIP.exe")
+            self.assertEqual(program.wait(60), 0)
+            self.assertLess(time.monotonic() - begin, 30)
+        answer = (self.pc.folder / "External.IP").read_text()
+        self.assertIn("External=Unknown", answer)
+        self.assertEqual(sorted(file.name for file in self.pc.folder.iterdir()), ["External.IP", "GetExternalIP.exe"])
