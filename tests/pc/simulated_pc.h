@@ -45,7 +45,7 @@ struct RegistryNode;
 // The current PC.
 SimulatedPc& Pc();
 
-// Names without X64 are 32-bit systems; ten, eleven and server2008R2 as they are mostly met.
+// Names without X64 are 32-bit systems, but for eleven and the servers from 2008 R2 on.
 enum class Windows {
     w2000,
     xp,
