@@ -1,6 +1,4 @@
 // Makes the windows of controls by a table of kinds, keeps them up with the model, and brings the user's doings to it.
-#include <windowsx.h>
-
 #include <algorithm>
 
 #include "controls/win32/host.h"
@@ -21,8 +19,11 @@ struct KindWindow {
 
 constexpr DWORD listView = LVS_REPORT | LVS_SHOWSELALWAYS | LVS_SINGLESEL | LVS_NOSORTHEADER | WS_TABSTOP | WS_GROUP;
 
-KindWindow WindowKind(Kind kind) {
-    switch (kind) {
+KindWindow WindowKind(const Control& control) {
+    Handler handler = control.GetKind() == Kind::image ? ImageMessage : LabelMessage;
+    // To screen readers a link is a button; what it looks like is painted here in any case.
+    if (IsLink(control)) return {WC_BUTTONW, BS_OWNERDRAW | WS_GROUP, 0, handler};
+    switch (control.GetKind()) {
         case Kind::label: return {WC_STATICW, WS_GROUP, 0, LabelMessage};
         case Kind::textBox: return {WC_EDITW, ES_AUTOHSCROLL | WS_TABSTOP | WS_GROUP, WS_EX_CLIENTEDGE, EditMessage};
         case Kind::button: return {WC_BUTTONW, BS_PUSHBUTTON | BS_MULTILINE | WS_TABSTOP | WS_GROUP, 0, nullptr};
@@ -43,11 +44,11 @@ KindWindow WindowKind(Kind kind) {
 
 DWORD StyleOf(const Control& control) {
     uint32_t flags = control.Flags();
-    DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WindowKind(control.GetKind()).style;
+    DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WindowKind(control).style;
     if (!control.Enabled()) style |= WS_DISABLED;
     switch (control.GetKind()) {
         case Kind::label:
-            if (flags & noPrefix) style |= SS_NOPREFIX;
+            if ((flags & noPrefix) && !IsLink(control)) style |= SS_NOPREFIX;
             break;
         case Kind::textBox:
             if (flags & multiLine) {
@@ -79,12 +80,6 @@ std::wstring WindowText(const Control& control) {
     std::string text = control.Text();
     if (isButton && (control.Flags() & noPrefix)) text = ReplaceAll(text, "&", "&&");
     return pc::Wide(text);
-}
-
-std::string TextOf(HWND window) {
-    std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    text.resize(static_cast<size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-    return pc::Utf8(text);
 }
 
 void TrackLeave(ControlWindow& view) {
@@ -127,7 +122,7 @@ LRESULT CALLBACK ControlProcedure(HWND window, UINT message, WPARAM wParam, LPAR
         return CallWindowProcW(original, window, message, wParam, lParam);
     }
     LRESULT result = 0;
-    Handler handler = WindowKind(view->control.GetKind()).handler;
+    Handler handler = WindowKind(view->control).handler;
     if (handler && handler(*view, message, wParam, lParam, result)) return result;
     return CallWindowProcW(original, window, message, wParam, lParam);
 }
@@ -168,7 +163,7 @@ int IdOf(const Form& form, const Control& control) {
 HWND CreateControl(FormWindow& form, Control& control) {
     if (ControlWindow* made = WindowOfControl(control)) return made->window;
     HWND parent = ParentOf(form, control);
-    KindWindow kind = WindowKind(control.GetKind());
+    KindWindow kind = WindowKind(control);
     auto view = std::make_unique<ControlWindow>(control, form);
     view->window = CreateWindowExW(
         kind.extendedStyle, kind.className, WindowText(control).c_str(), StyleOf(control), 0, 0, 0, 0, parent,
@@ -271,33 +266,6 @@ void EnableControl(ControlWindow& view) {
     RefreshVisibility(view.form);
 }
 
-void Clicked(ControlWindow& view) {
-    if (!view.quiet) view.control.UserClicked();
-}
-
-void ControlNotified(ControlWindow& view, WORD code) {
-    if (view.quiet) return;
-    Control& control = view.control;
-    switch (control.GetKind()) {
-        case Kind::button:
-        case Kind::checkBox:
-        case Kind::option:
-            if (code == BN_CLICKED) Clicked(view);
-            break;
-        case Kind::textBox:
-            if (code == EN_CHANGE) control.UserTyped(TextOf(view.window));
-            break;
-        case Kind::combo:
-            if (code == CBN_EDITCHANGE) control.UserTyped(TextOf(view.window));
-            if (code == CBN_SELCHANGE) control.UserSelected(ComboBox_GetCurSel(view.window));
-            break;
-        case Kind::list:
-            if (code == LBN_SELCHANGE) control.UserSelected(ListBox_GetCurSel(view.window));
-            break;
-        default: break;
-    }
-}
-
 }  // namespace
 
 UINT_PTR TimerId(const Control& control) { return static_cast<UINT_PTR>(IdOf(control.Owner(), control)); }
@@ -338,32 +306,6 @@ void RefreshFonts(FormWindow& form) {
         }
     SendMessageW(form.toolTips, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(form.dpi, 0)), FALSE);
     SendMessageW(form.toolTips, TTM_SETMAXTIPWIDTH, 0, Scaled(400, form.dpi));
-}
-
-bool HandleChildMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-    if (message == WM_COMMAND && lParam) {
-        if (ControlWindow* view = ControlOf(reinterpret_cast<HWND>(lParam))) ControlNotified(*view, HIWORD(wParam));
-        return true;
-    }
-    if (message == WM_NOTIFY) {
-        auto& notification = *reinterpret_cast<NMHDR*>(lParam);
-        ControlWindow* view = ControlOf(notification.hwndFrom);
-        if (!view || view->control.GetKind() != Kind::listView) return false;
-        ListNotified(*view, notification);
-        return true;
-    }
-    if (message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORBTN) {
-        ControlWindow* view = ControlOf(reinterpret_cast<HWND>(lParam));
-        if (!view || view->control.GetKind() == Kind::textBox) return false;
-        auto dc = reinterpret_cast<HDC>(wParam);
-        COLORREF background = BackgroundOf(view->window);
-        SetBkColor(dc, background);
-        SetTextColor(dc, TextColour(view->control.Colour(), background, PlainTextOn(view->window)));
-        const Look& look = Colours();
-        result = reinterpret_cast<LRESULT>((background == look.card ? look.cardBrush : look.pageBrush).Get());
-        return true;
-    }
-    return false;
 }
 
 unsigned FontStyle(const Control& control) {
@@ -426,8 +368,10 @@ void Update(Control& control, Change change) {
         case Change::picture: LoadPicture(view); break;
         case Change::focus: TakeFocus(view); break;
         case Change::address: ShowAddress(view); break;
-        case Change::timer:
-        case Change::toolTip: break;  // the tool tip is asked for when it is to be shown
+        case Change::toolTip:  // asked for when it is to be shown; to a screen reader it is a picture's name
+            if (control.GetKind() == Kind::image) SetWindowTextW(view.window, pc::Wide(control.ToolTip()).c_str());
+            break;
+        case Change::timer: break;
     }
 }
 

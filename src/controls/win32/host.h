@@ -80,8 +80,6 @@ void CreateControls(FormWindow& form);
 UINT_PTR TimerId(const Control& control);
 // Fonts after a change of resolution or of the system's settings.
 void RefreshFonts(FormWindow& form);
-// What containers and the form do alike: notifications and colours of their controls. False: not for them.
-bool HandleChildMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 unsigned FontStyle(const Control& control);
 HFONT FontFor(const ControlWindow& view);
 // Colour behind a child window, and of plain text upon it.
@@ -91,6 +89,10 @@ bool FocusIsVisible(HWND window);
 bool IsLink(const Control& control);
 // A link is reached by Tab.
 void RefreshTabStops(FormWindow& form);
+
+// --- notifications.cpp
+// What containers and the form do alike: notifications and colours of their controls. False: not for them.
+bool HandleChildMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
 // --- one handler a kind; false leaves the message to the window's class
 using Handler = bool (*)(ControlWindow& view, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);

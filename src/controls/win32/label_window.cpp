@@ -116,11 +116,11 @@ bool LinkMessage(ControlWindow& view, UINT message, WPARAM wParam, LPARAM lParam
         case WM_SETTEXT:
         case WM_ENABLE:
         case WM_UPDATEUISTATE:
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
             result = DefWindowProcW(view.window, message, wParam, lParam);
             InvalidateRect(view.window, nullptr, FALSE);
             return true;
-        case WM_SETFOCUS:
-        case WM_KILLFOCUS:
         case WM_MOUSELEAVE: InvalidateRect(view.window, nullptr, FALSE); return false;
         default: break;
     }

@@ -19,7 +19,7 @@ std::vector<ModalLoop*> loops;  // innermost last
 
 void BlockOthers(ModalLoop& loop) {
     for (Form* form : LoadedForms()) {
-        HWND window = WindowOfForm(*form)->window;
+        HWND window = reinterpret_cast<HWND>(WindowOf(*form));
         if (form == loop.form || !IsWindowVisible(window) || !IsWindowEnabled(window)) continue;
         EnableWindow(window, FALSE);
         loop.blocked.push_back(window);
@@ -84,6 +84,7 @@ void SetOwnerForModal(FormWindow& form) {
 void InstallDialogFilter() { pc::dialogFilter = DialogFilter; }
 
 void RunModal(Form& form) {
+    if (!WindowOfForm(form)) return;  // the system had none to give: nobody could end it
     ModalLoop loop = {&form, {}};
     loops.push_back(&loop);
     BlockOthers(loop);
