@@ -19,22 +19,21 @@ const ControlSpec controls[] = {
     {Kind::button, "cmdCancel", "Cancel", {4620, 1500, 1380, 420}, "", cancelButton},
 };
 
-const FormDefinition frmInputBox = {
-    "frmInputBox", "", 6240, 2160, Border::dialog, controls, [](Form& form) {
-        form.onLoad = [&form] {
-            SetFormIcon(form);
-            form.SetCaption(BrandName());
-            form.SetText("lblPrompt", question.prompt);
-            form.SetText("txtAnswer", question.text);
-            form.Find("txtAnswer")->SetFocus();
-        };
-        form.OnClick("cmdOk", [&form] {
-            question.text = form.Text("txtAnswer");
-            question.accepted = true;
-            UnloadForm(form);
-        });
-        form.OnClick("cmdCancel", [&form] { UnloadForm(form); });
-    }};
+const FormDefinition frmInputBox = {"frmInputBox", "", 6240, 2160, Border::dialog, controls, [](Form& form) {
+                                        form.onLoad = [&form] {
+                                            SetFormIcon(form);
+                                            form.SetCaption(BrandName());
+                                            form.SetText("lblPrompt", question.prompt);
+                                            form.SetText("txtAnswer", question.text);
+                                            form.Find("txtAnswer")->SetFocus();
+                                        };
+                                        form.OnClick("cmdOk", [&form] {
+                                            question.text = form.Text("txtAnswer");
+                                            question.accepted = true;
+                                            UnloadForm(form);
+                                        });
+                                        form.OnClick("cmdCancel", [&form] { UnloadForm(form); });
+                                    }};
 
 }  // namespace
 
