@@ -184,7 +184,12 @@ std::string DownloadErrorText(uint32_t result) {
 void Download::StartDownload(const std::string& url, const std::string& path, const std::string& newUser,
                              const std::string& newPassword) {
     if (active) return;
-    active = true;
+    // However the transfer ends, the next one may begin.
+    struct Running {
+        explicit Running(bool& flag) : active(flag) { active = true; }
+        ~Running() { active = false; }
+        bool& active;
+    } running(active);
     user = newUser;
     password = newPassword;
     pc::FetchEvents events;
@@ -193,7 +198,6 @@ void Download::StartDownload(const std::string& url, const std::string& path, co
     events.stopped = [this](uint32_t result) { IBindStatusCallback_OnStopBinding(result); };
     events.authenticate = [this](std::string& u, std::string& p) { IAuthenticate_Authenticate(u, p); };
     pc::FetchToFile(url, path, events);
-    active = false;
     user.clear();
     password.clear();
 }

@@ -253,26 +253,23 @@ bool ZipExtractionClass::ReadCompressed(const zip::Entry& entry, size_t before, 
     return ReadAt(start, buffer.bytes.get() + before, size) || Fail(zipDamaged, "The file " + zipPath + " can't be read");
 }
 
-// Writes a new file; over an existing one only once all bytes are on the disk under another name.
+// A file gets its name only once all bytes are on the disk: a full disk or a pulled plug leaves no half of it, and what
+// was there stays until then.
 void ZipExtractionClass::Replace(const std::string& target, const std::string& shownName, const ZipBuffer& data,
                                  bool exists) {
-    std::string written = exists ? target + ".unzip" : target;
-    if (exists) pc::RemoveFile(written);
+    std::string written = target + ".unzip";
+    pc::RemoveFile(written);
     pc::File out;
     bool whole = out.Open(written, pc::FileMode::createNew) && out.Write(data.bytes.get(), data.size);
-    bool made = out.IsOpen();
     out.Close();
-    if (!whole) {
-        if (made) pc::RemoveFile(written);
-        Fail(zipWriteFailed, "Can't write the file " + shownName);
-        return;
+    if (whole && pc::MovePath(written, target, true)) return;
+    if (whole && exists) {
+        pc::ChangeAttributes(target, pc::attributeNormal);  // a read-only file refuses to be replaced
+        if (pc::MovePath(written, target, true)) return;
     }
-    if (!exists) return;
-    if (pc::MovePath(written, target, true)) return;
-    pc::ChangeAttributes(target, pc::attributeNormal);  // a read-only file refuses to be replaced
-    if (pc::MovePath(written, target, true)) return;
     pc::RemoveFile(written);
-    Fail(zipTargetKept, "Can't remove the file " + target);
+    Fail(whole ? zipTargetKept : zipWriteFailed, (whole ? "Can't remove the file " : "Can't write the file ") +
+                                                     (whole ? target : shownName));
 }
 
 bool ZipExtractionClass::Test(std::vector<std::string>& names) {

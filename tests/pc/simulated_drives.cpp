@@ -143,7 +143,11 @@ std::string LogicalDrives() {
 
 std::string FileVersion(const std::string& path) {
     Place place = Resolve(path, true);
-    return place.node ? place.node->version : "";
+    if (!place.node || !place.node->version.empty()) return place.node ? place.node->version : "";
+    // A program that the code under test has written carries its version in its bytes.
+    std::string bytes = Pc().FileText(path);
+    size_t at = bytes.find("version="), end = bytes.find(';', at);
+    return at == std::string::npos ? "" : bytes.substr(at + 8, end - at - 8);
 }
 
 std::string FileTypeName(const std::string& path) {
