@@ -23,9 +23,9 @@ namespace {
 
 // Names that mark a path as one of the system's; the third from the end catches the "(x86)" form as well.
 constexpr const char* knownVariables[] = {
-    "%windir%",       "%systemroot%",       "%systemdrive%",       "%homedrive%",
-    "%programfiles%", "%programfiles(x86)%", "%commonprogramfiles", "%userprofile%",
-    "%allusersprofile%", "%appdata%",        "%programdata%",       "%localappdata%",
+    "%windir%",          "%systemroot%",        "%systemdrive%",       "%homedrive%",
+    "%programfiles%",    "%programfiles(x86)%", "%commonprogramfiles", "%userprofile%",
+    "%allusersprofile%", "%appdata%",           "%programdata%",       "%localappdata%",
 };
 
 std::string ToolsFolder() { return GetAppPath() + "3rd Party Tools\\"; }
@@ -80,15 +80,18 @@ void Remove(const std::string& path) {
 // True when the program is at its final path afterwards, or a download that is no archive came.
 bool FetchApp(const App& app, const std::string& finalPath) {
     if (app.url.empty() || (!State().bInternetPresent && !IsInternetPresent())) return false;
-    // The folder of the archive's name is emptied, so the name must stay below the tools folder.
-    if (!zip::SafePath(app.downloadName)) return false;
-    std::string archive = ToolsFolder() + app.downloadName;
-    std::string folder = archive.substr(0, archive.size() < 4 ? 0 : archive.size() - 4);
+    // The folder of the archive's name is emptied, so both names must stay below the tools folder; less its ending
+    // "...zip" would be the folder above.
+    auto name = zip::SafePath(app.downloadName);
+    if (!name) return false;
+    auto folderName = zip::SafePath(name->substr(0, name->size() < 4 ? 0 : name->size() - 4));
+    bool isArchive = EndsWithNoCase(*name, "zip");
+    if (isArchive && !folderName) return false;
+    std::string archive = ToolsFolder() + *name, folder = ToolsFolder() + folderName.value_or("");
     Remove(archive);
-    // A name of an ending alone would make the tools folder itself the place to empty.
-    if (app.downloadName.size() > 4 && DoesDirExist(folder)) clsFSO().KillDir(folder, false);
-    if (!DownloadFile(app.url, archive, "Receiving:  " + StripPath(app.downloadName), false, true)) return false;
-    if (!EndsWithNoCase(archive, "zip")) return true;
+    if (folderName && DoesDirExist(folder)) clsFSO().KillDir(folder, false);
+    if (!DownloadFile(app.url, archive, "Receiving:  " + StripPath(archive), false, true)) return false;
+    if (!isArchive) return true;
     UnzipFile(archive, folder, false);
     Remove(archive);
     return DoesFileExist(finalPath);
@@ -125,7 +128,8 @@ int32_t StartApp(const App& app, const std::string& finalPath) {
     int32_t exitCode = 0;
     bool asSystem = app.Flag("RunWithSystemAccess");
     if (EndsWithNoCase(finalPath, "msi"))
-        ShellX(pc::Environment("systemroot") + "\\system32\\msiexec.exe", "/i \"" + finalPath + "\"", true, 1, &exitCode);
+        ShellX(pc::Environment("systemroot") + "\\system32\\msiexec.exe", "/i \"" + finalPath + "\"", true, 1,
+               &exitCode);
     else if (app.Flag("RunInCMD"))
         exitCode = RunInBatch(app, finalPath, asSystem);
     else
@@ -149,7 +153,8 @@ constexpr FormerTool formerTools[] = {
 };
 
 void AppendToOrder(const std::string& name) {
-    WriteIni(SortOrderFile(), "SortOrder", "SortOrder", ReadIni(SortOrderFile(), "SortOrder", "SortOrder") + name + "|");
+    WriteIni(SortOrderFile(), "SortOrder", "SortOrder",
+             ReadIni(SortOrderFile(), "SortOrder", "SortOrder") + name + "|");
 }
 
 void ConvertFormerTool(const FormerTool& tool) {
@@ -165,7 +170,12 @@ void ConvertFormerTool(const FormerTool& tool) {
         {"AppURL", std::string("http://") + build::appsHost + tool.urlPath},
         {"AppDLName", std::string(tool.key) + ".zip"},
         {"AlwaysAttemptDownload", "0"},
-        {"32", "1"}, {"64", "1"}, {"XP", "1"}, {"Vista", "1"}, {"7", "1"}, {"8", "1"},
+        {"32", "1"},
+        {"64", "1"},
+        {"XP", "1"},
+        {"Vista", "1"},
+        {"7", "1"},
+        {"8", "1"},
     };
     for (const auto& [key, value] : values) WriteIni(AppFile(tool.key), "Config", key, value);
     AppendToOrder(tool.key);
@@ -237,6 +247,7 @@ void ConvertCustomApp(int index) {
     auto read = [&](const char* key) { return Setting("CustomMaintApps", key + number); };
     std::string name = CleanAppName(read("AppName"));
     if (name.empty()) return;
-    for (const char* key : {"App", "AppParms", "AppURL", "AppDLName"}) WriteIni(AppFile(name), "Config", key, read(key));
+    for (const char* key : {"App", "AppParms", "AppURL", "AppDLName"})
+        WriteIni(AppFile(name), "Config", key, read(key));
     AppendToOrder(name);
 }

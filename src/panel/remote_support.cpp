@@ -80,10 +80,12 @@ std::string ProgramInFolder(const std::string& folder, const std::string& exeInZ
     return "";
 }
 
-// What is at the name is deleted first, so it must be a plain name that is none of the panel's own files.
-bool IsDownloadName(const std::string& name) {
-    std::string path = GetAppPath() + name;
-    return zip::SafePath(name) && !EqualNoCase(path, GetEXEPath()) && !EqualNoCase(path, State().settingsFile);
+// Where a download of this name goes. What is there is deleted first, so it must lie in the application folder and be
+// none of the panel's own files; empty otherwise.
+std::string DownloadPath(const std::string& name) {
+    auto safe = zip::SafePath(name);
+    std::string path = safe ? GetAppPath() + *safe : "";
+    return EqualNoCase(path, GetEXEPath()) || EqualNoCase(path, State().settingsFile) ? "" : path;
 }
 
 }  // namespace
@@ -125,8 +127,8 @@ void DownloadAndRunSupportApp(const std::string& sUrl, const std::string& sParms
 }
 
 void DownloadAndRun(const SupportDownload& download) {
-    std::string path = GetAppPath() + download.fileName, folder = GetAppPath() + download.scratchFolder;
-    if (!IsDownloadName(download.fileName)) {
+    std::string path = DownloadPath(download.fileName), folder = GetAppPath() + download.scratchFolder;
+    if (path.empty()) {
         DebugOutput("DownloadAndRun: no name for a download: ", download.fileName);
         return;
     }

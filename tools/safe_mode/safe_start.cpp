@@ -31,6 +31,7 @@ bool EditBootIni(std::string (*edit)(const std::string&)) {
     }
     pc::ChangeAttributes(BootIni(), pc::attributeNormal);
     bool moved = pc::MovePath(written, BootIni(), true);
+    if (!moved) pc::RemoveFile(written);
     if (info) pc::ChangeAttributes(BootIni(), info->attributes);
     return moved;
 }

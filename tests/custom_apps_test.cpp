@@ -1,0 +1,283 @@
+#include "maintenance/custom_apps.h"
+
+#include "maintenance/defrag.h"
+#include "pc/pc_test.h"
+#include "pc/simulated_net.h"
+#include "system/paths.h"
+#include "system/program_state.h"
+#include "system/settings.h"
+#include "system/shortcuts.h"
+#include "zip_bytes.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using Keys = std::map<std::string, std::string>;
+constexpr const char* ini = "C:\\Panel\\Brevanta.ini";
+const std::string tools = "C:\\Panel\\3rd Party Tools\\";
+const std::string url = "http://a.example/tool";
+
+class CustomAppsTest : public PcTest {
+protected:
+    CustomAppsTest() { Use(Windows::sevenX64); }
+    static void Use(Windows windows) {
+        ForgetForms();
+        SimulatedPc::UseWindows(windows);
+        State() = {};
+        State().settingsFile = ini;
+        Target() = {};
+    }
+    static void Describe(const std::string& name, const Keys& keys) {
+        for (const auto& [key, value] : keys) Pc().SetIni("C:\\Panel\\" + name + ".cfg", "Config", key, value);
+    }
+    // The program starts quoted, since its folder has blanks.
+    static std::string Run(const std::string& path, const std::string& arguments = "") {
+        return "run \"" + tools + path + "\"" + (arguments.empty() ? "" : " " + arguments);
+    }
+};
+
+}  // namespace
+
+TEST_F(CustomAppsTest, AnAppRunsWhereItsKeysDoNotForbidIt) {
+    struct {
+        Windows windows;
+        const char *bits, *otherBits, *system;
+    } systems[] = {
+        {Windows::xp, "32", "64", "XP"},          {Windows::xpX64, "64", "32", "XP"},
+        {Windows::w2000, "32", "64", "XP"},       {Windows::vista, "32", "64", "Vista"},
+        {Windows::vistaX64, "64", "32", "Vista"}, {Windows::seven, "32", "64", "7"},
+        {Windows::sevenX64, "64", "32", "7"},     {Windows::eight, "32", "64", "8"},
+        {Windows::eightOneX64, "64", "32", "8"},  {Windows::ten, "32", "64", "8"},
+        {Windows::eleven, "64", "32", "8"},
+    };
+    for (const auto& s : systems) {
+        Use(s.windows);
+        EXPECT_TRUE(IsCustomAppAllowed("none")) << s.system;
+        for (const char* key : {"32", "64", "XP", "Vista", "7", "8"}) {
+            bool asked = std::string(key) == s.bits || std::string(key) == s.system;
+            Describe(key, {{key, "0"}});
+            EXPECT_EQ(IsCustomAppAllowed(key), !asked) << s.system << " " << s.bits << " " << key;
+            Describe(key, {{key, "no"}});
+            EXPECT_TRUE(IsCustomAppAllowed(key));
+        }
+    }
+}
+
+TEST_F(CustomAppsTest, ThePathDecidesWhatRunsAndHow) {
+    struct {
+        Windows windows;
+        Keys keys;
+        Lines files, runs;
+    } cases[] = {
+        // In place, at once: the other keys are not asked.
+        {Windows::seven,
+         {{"App", "%WinDir%\\a.exe"},
+          {"AppParms", "/X %SystemDrive%"},
+          {"RunInCMD", "1"},
+          {"AlwaysAttemptDownload", "1"}},
+         {"C:\\Windows\\a.exe"},
+         {"run c:\\windows\\a.exe /x c:"}},
+        {Windows::seven, {{"App", "%windir%\\b.exe"}}, {}, {}},
+        {Windows::seven, {{"App", "A.exe"}, {"AppParms", "/Q"}}, {tools + "A.exe"}, {Run("A.exe", "/q")}},
+        {Windows::seven, {{"App", "C:\\A.exe"}}, {"C:\\A.exe"}, {}},
+        {Windows::seven, {{"App", "\\\\srv\\share\\a.exe"}}, {"\\\\srv\\share\\a.exe"}, {"run \\\\srv\\share\\a.exe"}},
+        {Windows::seven, {{"App", ""}, {"App64", "b.exe"}}, {tools + "b.exe"}, {}},
+        {Windows::sevenX64, {{"App", "a.exe"}, {"App64", "b.exe"}}, {tools + "a.exe", tools + "b.exe"}, {Run("b.exe")}},
+        {Windows::tenX64, {{"App", "a.exe"}}, {tools + "a.exe"}, {Run("a.exe")}},
+        {Windows::seven,
+         {{"App", "a.MSI"}, {"AppParms", "/q"}, {"RunInCMD", "1"}},
+         {tools + "a.MSI"},
+         {"run C:\\Windows\\system32\\msiexec.exe /i \"" + tools + "a.MSI\""}},
+        {Windows::seven,
+         {{"App", "a.exe"}, {"RunWithSystemAccess", "1"}},
+         {tools + "a.exe", tools + "psexec.exe"},
+         {"run hidden \"" + tools + "psexec.exe\" -s -i \"" + tools + "a.exe\""}},
+    };
+    for (const auto& c : cases) {
+        Use(c.windows);
+        Pc().AddDrive("\\\\srv\\share");
+        for (const std::string& file : c.files) Pc().AddFile(file);
+        Describe("app", c.keys);
+        RunCustomMaintApp("app");
+        EXPECT_LINES(Pc().Journal("run"), c.runs);
+        EXPECT_TRUE(Pc().contacted.empty());
+    }
+}
+
+TEST_F(CustomAppsTest, TheExitCodeComesBackAndABatchFileLivesForItsRun) {
+    Pc().AddFile(tools + "a.b.exe");
+    Describe("app", {{"App", "a.b.exe"}, {"AppParms", "/Go"}, {"RunInCMD", "1"}});
+    std::string batch;
+    Pc().Program("a.b.cmd",
+                 {.exitCode = 5, .effect = [&](SimulatedPc& pc) { batch = pc.FileText(tools + "a.b.cmd"); }});
+    EXPECT_EQ(RunCustomMaintApp("app"), 5);
+    EXPECT_EQ(batch, "@echo off&pushd \"%~dp0\"\r\nstart \"\" /wait \"a.b.exe\" /go\r\n");
+    EXPECT_EQ(Pc().Journal("run hidden").size(), 1u);
+    EXPECT_FALSE(Pc().Exists(tools + "a.b.cmd"));
+    EXPECT_EQ(RunCustomMaintApp("unknown"), 0);
+}
+
+TEST_F(CustomAppsTest, DownloadsReplaceTheProgramAndTheOldCopyReturnsWhenTheyFail) {
+    struct {
+        const char* what;
+        bool there, always, online, served;
+        const char *app, *downloadName, *runs;  // bytes that ran
+    } cases[] = {
+        {"there", true, false, true, true, "a.exe", "a.exe", "old"},
+        {"absent", false, false, true, true, "a.exe", "a.exe", "new"},
+        {"absent, no internet", false, false, false, true, "a.exe", "a.exe", ""},
+        {"fresh copy", true, true, true, true, "a.exe", "a.exe", "new"},
+        {"no internet", true, true, false, true, "a.exe", "a.exe", "old"},
+        {"not served", true, true, true, false, "a.exe", "a.exe", "old"},
+        {"absent, not served", false, true, true, false, "a.exe", "a.exe", ""},
+        {"archive", false, false, true, true, "z\\a.exe", "z.zip", "zipped"},
+        {"archive without it", true, true, true, true, "b.exe", "Z.ZIP", "old"},
+        {"other name", false, false, true, true, "a.exe", "c.exe", ""},
+        {"no name", true, true, true, true, "a.exe", "", "old"},
+        {"outside", true, true, true, true, "a.exe", "..\\Brevanta.exe", "old"},
+        {"elsewhere", true, true, true, true, "a.exe", "C:\\Windows\\explorer.exe", "old"},
+        {"ending alone", true, true, true, true, "a.exe", ".zip", "old"},
+        {"this folder", true, true, true, true, "a.exe", "..zip", "old"},
+        {"this folder by detour", true, true, true, true, "a.exe", ".\\.zip", "old"},
+        {"folder above", true, true, true, true, "a.exe", "...zip", "old"},
+    };
+    for (const auto& c : cases) {
+        Use(Windows::sevenX64);
+        std::string program = tools + c.app, name = c.downloadName, ran;
+        Pc().AddFile("C:\\Panel\\Brevanta.exe", "panel");
+        Pc().AddFile("C:\\Windows\\explorer.exe", "shell");
+        Pc().AddFile(tools + "neighbour.exe", "kept");
+        if (c.there) Pc().AddFile(program, "old");
+        Pc().online = c.online;
+        bool archive = name.ends_with("zip") || name.ends_with("ZIP");
+        if (c.served) Net().web[url].bytes = archive ? HandZip({{"a.exe", "zipped"}}) : "new";
+        Describe(
+            "app",
+            {{"App", c.app}, {"AppURL", url}, {"AppDLName", name}, {"AlwaysAttemptDownload", c.always ? "1" : "0"}});
+        Pc().Program(c.app, {.effect = [&](SimulatedPc& pc) { ran = pc.FileText(program); }});
+        RunCustomMaintApp("app");
+        EXPECT_EQ(ran, c.runs) << c.what;
+        EXPECT_EQ(Pc().FileText(program), c.runs) << c.what;
+        EXPECT_FALSE(Pc().Exists(program + ".old")) << c.what;
+        EXPECT_FALSE(archive && Pc().Exists(tools + name)) << c.what;
+        EXPECT_EQ(Pc().FileText("C:\\Panel\\Brevanta.exe") + Pc().FileText("C:\\Windows\\explorer.exe") +
+                      Pc().FileText(tools + "neighbour.exe"),
+                  "panelshellkept")
+            << c.what;
+    }
+}
+
+TEST_F(CustomAppsTest, AddressAndNameFallBackEachByItself) {
+    Describe("app",
+             {{"App", "a.exe"}, {"AppURL", "http://a.example/32"}, {"AppDLName", "x.exe"}, {"AppDLName64", "a.exe"}});
+    Net().web["http://a.example/32"].bytes = "new";
+    RunCustomMaintApp("app");
+    EXPECT_EQ(Pc().FileText(tools + "a.exe"), "new");
+}
+
+TEST_F(CustomAppsTest, AFaultAnywhereNeverLosesTheProgram) {
+    for (int n = 1; n < 400; ++n) {
+        Use(Windows::seven);
+        Pc().AddFile(tools + "a.exe", "old");
+        Net().web[url].bytes = "new";
+        Describe("app", {{"App", "a.exe"}, {"AppURL", url}, {"AppDLName", "a.exe"}, {"AlwaysAttemptDownload", "1"}});
+        int before = Pc().calls;
+        Pc().FailCall(n);
+        RunCustomMaintApp("app");
+        std::string left = Pc().FileText(tools + "a.exe"), kept = Pc().FileText(tools + "a.exe.old");
+        EXPECT_TRUE(left == "old" || left == "new" || kept == "old") << n << " " << left << " " << kept;
+        if (Pc().calls - before < n) break;
+    }
+}
+
+TEST_F(CustomAppsTest, TheOrderFileIsReadInBothShapes) {
+    struct {
+        const char* text;
+        Lines names;
+    } cases[] = {
+        {"[SortOrder]\r\nSortOrder=b|a|\r\n", {"b", "a"}},
+        {"b|a|", {"b", "a"}},
+        {"b|a|\r\n\r\n", {"b", "a"}},
+        {"x|\r\n[c]\r\nSortOrder=a||b|\r\n", {"a", "b"}},
+        {"\xFE\r\n", {"\xC3\xBE"}},
+        {"", {}},
+        {"[SortOrder]", {}},
+    };
+    EXPECT_LINES(ReadSortOrder(), {});
+    for (const auto& c : cases) {
+        Pc().AddFile("C:\\Panel\\SortOrder.cfg", c.text);
+        EXPECT_LINES(ReadSortOrder(), c.names);
+    }
+}
+
+TEST_F(CustomAppsTest, TheListRunsInItsOrderAndPassesOverWhatIsMissing) {
+    static const ControlSpec controls[] = {{Kind::textBox, "txtStatus", "", {0, 0, 1000, 300}}};
+    static const FormDefinition panel = {"frmPanel", "", 1000, 1000, Border::fixed, controls, [](Form&) {}};
+    Form& form = LoadForm(panel);
+    Pc().AddFile("C:\\Panel\\SortOrder.cfg", "b|none|gone|a|");
+    for (const char* name : {"a", "b", "gone"}) Describe(name, {{"App", name + std::string(".exe")}});
+    Lines status;
+    for (const char* name : {"a.exe", "b.exe"}) {
+        Pc().AddFile(tools + name);
+        Pc().Program(name, {.effect = [&](SimulatedPc&) { status.push_back(form.Text("txtStatus")); }});
+    }
+    RunCustomMaintApps(form);
+    EXPECT_LINES(Pc().Journal("run"), {Run("b.exe"), Run("a.exe")});
+    EXPECT_LINES(status, {"Running b, Please Wait...", "Running a, Please Wait..."});
+}
+
+TEST_F(CustomAppsTest, FormerSettingsAreConvertedOnce) {
+    Pc().SetIni(ini, "CustomMaintApps", "AppName1", "A&B/C\\D");
+    Pc().SetIni(ini, "CustomMaintApps", "App1", "x.exe");
+    Pc().SetIni(ini, "CustomMaintApps", "AppParms1", "/p");
+    Pc().SetIni(ini, "CustomMaintApps", "AppName3", "third");
+    Pc().SetIni(ini, "Maint", "CCleaner", "1");
+    Pc().SetIni(ini, "Maint", "Defraggler", "1");
+    Pc().SetIni(ini, "Maint", "DefragglerParms", "/Q");
+    ConvertCustomApps();
+    Pc().SetIni(ini, "CustomMaintApps", "AppName2", "late");
+    ConvertCustomApps();
+    EXPECT_LINES(ReadSortOrder(), {"A-B-C-D", "third", "CCleaner", "Defraggler"});
+    EXPECT_EQ(
+        Pc().Ini("C:\\Panel\\A-B-C-D.cfg", "Config", "App") + Pc().Ini("C:\\Panel\\A-B-C-D.cfg", "Config", "AppParms"),
+        "x.exe/p");
+    EXPECT_FALSE(Pc().Exists("C:\\Panel\\late.cfg"));
+    auto key = [](const char* app, const char* name) {
+        return Pc().Ini("C:\\Panel\\" + std::string(app) + ".cfg", "Config", name);
+    };
+    EXPECT_EQ(key("Defraggler", "AppParms"), "%systemdrive% /Q");
+    EXPECT_EQ(key("Defraggler", "App64"), "Defraggler\\Df64.exe");
+    EXPECT_EQ(key("CCleaner", "AppDLName") + key("CCleaner", "AppParms") + key("CCleaner", "8"), "CCleaner.zip/auto1");
+    EXPECT_EQ(key("CCleaner", "AppURL"), "http://apps.brevanta.example/ccleaner/download/portable/downloadfile");
+}
+
+TEST_F(CustomAppsTest, WhatStartsWithWindowsIsDefragmentedFileByFile) {
+    Use(Windows::seven);
+    const std::string run = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+    Net().web["http://live-tools.brevanta.example/Contig.exe"].bytes = "tool";
+    Pc().AddFile("C:\\Apps\\one.exe");
+    Pc().AddFile("C:\\Apps\\linked.exe");
+    Pc().SetText("HKLM\\" + run, "One", "C:\\Apps\\one.exe /x=1");
+    Pc().SetText("HKLM\\" + run, "Gone", "C:\\Apps\\gone.exe");
+    std::string startup = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Startup\\";
+    Pc().AddFile(startup + "Desktop.ini");
+    Pc().AddFile(startup + "below\\plain.exe");
+    cShellLinkA().CreateLink(startup + "l.lnk", "C:\\Apps\\linked.exe", "", "C:\\Apps", "", 1, 0, 0, "");
+    DefragStartupFiles();
+    Lines runs = Pc().Journal("run");
+    std::sort(runs.begin(), runs.end());
+    std::string contig = "run \"" + tools + "contig.exe\" -v ";
+    EXPECT_LINES(
+        runs, {contig + "C:\\Apps\\linked.exe", contig + "C:\\Apps\\one.exe ", contig + startup + "below\\plain.exe"});
+    EXPECT_EQ(Pc().NumberOf("HKCU\\Software\\Sysinternals\\C", "EulaAccepted"), 1u);
+}
+
+TEST_F(CustomAppsTest, ThePageFileToolRunsOnlyWhenItCouldBeFetched) {
+    DefragRegistryAndPageFile();
+    EXPECT_TRUE(Pc().Journal("run").empty());
+    EXPECT_TRUE(Pc().Journal("set").empty());
+    Net().web["http://live-tools.brevanta.example/pagedfrg.exe"].bytes = "tool";
+    DefragRegistryAndPageFile();
+    EXPECT_LINES(Pc().Journal("run"), {Run("pagedfrg.exe", "-o")});
+    EXPECT_EQ(Pc().NumberOf("HKCU\\Software\\Sysinternals\\PageDefrag", "EulaAccepted"), 1u);
+}
