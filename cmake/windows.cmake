@@ -9,7 +9,7 @@ add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-Os;-ffunction-sections;-fdata-se
 add_link_options(-static -s -Wl,--gc-sections)
 set(CMAKE_RC_FLAGS "--use-temp-file -c 65001")
 set(SYSTEM_LIBRARIES z wininet urlmon version winmm comctl32 comdlg32 shell32 shlwapi oleaut32 ole32 uuid wbemuuid
-    mpr gdi32 advapi32 user32)
+    mpr psapi gdi32 advapi32 user32)
 
 # --- icons ---------------------------------------------------------------------------------------------------------
 file(GLOB icons CONFIGURE_DEPENDS resources/icons/*.svg)

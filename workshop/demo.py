@@ -86,6 +86,7 @@ def main():
     pc = Pc(display=display)
     try:
         if action == "program":
+            pc.install()
             file = pathlib.Path(arguments[0])
             shutil.copy(file, pc.folder)
             code, output = pc.run(rf"C:\Brevanta\{file.name}", limit=600)

@@ -29,15 +29,13 @@ std::string TextOf(const std::vector<BYTE>& data) {
 }
 
 int32_t RawValue(HKEY key, const wchar_t* name, uint32_t& type, std::vector<BYTE>& data) {
-    DWORD size = 0, found = 0;
-    LSTATUS status = RegQueryValueExW(key, name, nullptr, &found, nullptr, &size);
-    // The value may grow between the two calls.
-    for (bool again = true; status == ERROR_SUCCESS && again;) {
+    // Most values fit at the first try; a large one may grow between two.
+    DWORD size = 512, found = 0;
+    LSTATUS status = ERROR_MORE_DATA;
+    while (status == ERROR_MORE_DATA) {
         data.resize(size + sizeof(wchar_t));
         size = static_cast<DWORD>(data.size());
         status = RegQueryValueExW(key, name, nullptr, &found, data.data(), &size);
-        again = status == ERROR_MORE_DATA;
-        if (again) status = ERROR_SUCCESS;
     }
     data.resize(status == ERROR_SUCCESS ? size : 0);
     type = found;
@@ -114,20 +112,24 @@ int32_t EnumKey(const Key& key, uint32_t index, std::string& name) {
 }
 
 int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, uint32_t& dataSize) {
-    std::wstring buffer(16384, L'\0');  // the longest name of a value, with its NUL
-    DWORD length = static_cast<DWORD>(buffer.size()), found = 0, size = 0;
-    LSTATUS status = RegEnumValueW(Native(key), index, buffer.data(), &length, nullptr, &found, nullptr, &size);
-    name.clear();
+    static wchar_t buffer[16384];  // the longest name of a value, with its NUL; there is one thread
+    std::vector<BYTE> raw(512);
+    DWORD length = 16384, found = 0, size = static_cast<DWORD>(raw.size());
+    LSTATUS status = RegEnumValueW(Native(key), index, buffer, &length, nullptr, &found, raw.data(), &size);
+    bool large = status == ERROR_MORE_DATA;
+    if (large) {
+        length = 16384;
+        status = RegEnumValueW(Native(key), index, buffer, &length, nullptr, &found, nullptr, &size);
+    }
+    name = status == ERROR_SUCCESS ? Utf8({buffer, length}) : std::string();
     type = found;
     dataSize = size;
-    if (status != ERROR_SUCCESS) return status;
-    buffer.resize(length);
-    name = Utf8(buffer);
+    if (status != ERROR_SUCCESS || !IsText(type)) return status;
     // Converted text has a size of its own.
-    std::string data;
+    raw.resize(large ? 0 : size);
     uint32_t again = 0;
-    if (IsText(type) && QueryWide(Native(key), buffer.c_str(), again, data) == ERROR_SUCCESS)
-        dataSize = static_cast<uint32_t>(data.size());
+    if (large) RawValue(Native(key), buffer, again, raw);
+    dataSize = static_cast<uint32_t>(TextOf(raw).size());
     return status;
 }
 

@@ -1,0 +1,91 @@
+// Start of the panel to its visible window, and its private memory, against a bare window with as many controls.
+#include "comparison.h"
+
+#include <psapi.h>
+
+#include <cstring>
+
+namespace {
+
+HWND found;
+DWORD wantedProcess;
+
+BOOL CALLBACK Look(HWND window, LPARAM) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == wantedProcess && IsWindowVisible(window) && GetPropW(window, L"ControlName")) found = window;
+    return !found;
+}
+
+BOOL CALLBACK Count(HWND, LPARAM count) {
+    ++*reinterpret_cast<int*>(count);
+    return TRUE;
+}
+
+struct Start {
+    double toWindow = 0;
+    double privateBytes = 0;
+    int controls = 0;
+};
+
+Start StartOnce(const std::wstring& command, bool settle) {
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    std::wstring line = command;
+    Start result;
+    result.toWindow = Measure([&] {
+        CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+        wantedProcess = process.dwProcessId;
+        for (found = nullptr; !found; Sleep(1)) EnumWindows(Look, 0);
+    });
+    if (settle) Sleep(3000);
+    EnumChildWindows(found, Count, reinterpret_cast<LPARAM>(&result.controls));
+    PROCESS_MEMORY_COUNTERS_EX memory = {};
+    GetProcessMemoryInfo(process.hProcess, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
+    result.privateBytes = static_cast<double>(memory.PrivateUsage);
+    TerminateProcess(process.hProcess, 0);
+    WaitForSingleObject(process.hProcess, 5000);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return result;
+}
+
+int BareWindow(int controls) {
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.lpszClassName = L"Bare";
+    RegisterClassW(&windowClass);
+    HWND window = CreateWindowW(L"Bare", L"Bare", WS_OVERLAPPEDWINDOW, 100, 100, 700, 560, nullptr, nullptr, nullptr, nullptr);
+    SetPropW(window, L"ControlName", reinterpret_cast<HANDLE>(1));
+    for (int i = 0; i < controls; ++i)
+        CreateWindowW(L"STATIC", L"text", WS_CHILD | WS_VISIBLE, 10 + i % 4 * 160, 10 + i / 4 * 24, 150, 20, window, nullptr,
+                      nullptr, nullptr);
+    ShowWindow(window, SW_SHOW);
+    UpdateWindow(window);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0)) DispatchMessageW(&message);
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count > 1) return BareWindow(std::atoi(arguments[1]));
+    const std::wstring panel = L"C:\\Brevanta\\Brevanta.exe";
+    int controls = StartOnce(panel, true).controls;
+    wchar_t own[MAX_PATH];
+    GetModuleFileNameW(nullptr, own, MAX_PATH);
+    std::wstring bareCommand = L"\"" + std::wstring(own) + L"\" " + std::to_wstring(controls);
+    std::vector<double> ours, bare;
+    for (int round = 0; round < 7; ++round) {
+        ours.push_back(StartOnce(panel, false).toWindow);
+        bare.push_back(StartOnce(bareCommand, false).toWindow);
+    }
+    Head();
+    Row("start to the visible window, ms", Median(ours), Median(bare), 1.3);
+    double panelMemory = StartOnce(panel, true).privateBytes, bareMemory = StartOnce(bareCommand, true).privateBytes;
+    std::printf("private memory of the idle panel: %.1f MB, bare with %d controls: %.1f MB (limit: 2 MB more)\n",
+                panelMemory / 1e6, controls, bareMemory / 1e6);
+    return 0;
+}
