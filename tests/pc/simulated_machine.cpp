@@ -149,7 +149,8 @@ std::string ToAnsi(const std::string& utf8) {
         size_t end = i + 1;
         while (end < utf8.size() && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80) ++end;
         std::string character = utf8.substr(i, end - i), made;
-        for (int code = 0; code < 256 && made.empty(); ++code)
+        if (static_cast<unsigned char>(character[0]) < 0x80) made = character;
+        for (int code = 0x80; code < 256 && made.empty(); ++code)
             if (FromAnsi(std::string(1, static_cast<char>(code))) == character) made = static_cast<char>(code);
         // A character beyond the sixteen bits counts as two.
         bytes += !made.empty() ? made : std::string(character.size() == 4 ? 2 : 1, '?');
