@@ -46,10 +46,10 @@ TEST_F(ConsoleTest, EveryFieldOfEveryPageIsSavedUnderItsKeyAndLoadedByAFreshCons
     for (const Field& field : ConsoleFields()) {
         if (field.keep == Keep::whenChosen || field.keep == Keep::optionFlag || field.keep == Keep::none) continue;
         const Control& control = *form->Find(field.control);
-        std::string expected = IsTick(field)                      ? NumberText(control.Value())
-                               : field.keep == Keep::asLines      ? "one||two"
-                               : field.keep == Keep::scrambled    ? EncryptString(control.Text(), passwordKey)
-                                                                  : control.Text();
+        std::string expected = IsTick(field)                   ? NumberText(control.Value())
+                               : field.keep == Keep::asLines   ? "one||two"
+                               : field.keep == Keep::scrambled ? EncryptString(control.Text(), passwordKey)
+                                                               : control.Text();
         EXPECT_EQ(Stored(field.section.c_str(), field.key.c_str()), expected) << field.control;
         wanted.push_back(field.control + "=" + (IsTick(field) ? NumberText(control.Value()) : control.Text()));
     }
@@ -74,12 +74,18 @@ TEST_F(ConsoleTest, ChosenOptionsWriteTheirOwnValueAndGroupsWithKeysOfTheirOwnWr
         const char* value;
     };
     const Case cases[] = {
-        {"optTextCenter", "Branding", "NewUITextAlign", "center"}, {"optTextRight", "Branding", "NewUITextAlign", "right"},
-        {"optRemoteEXE", "Branding", "RemoteSupportType", "EXE"},  {"optRemoteURL", "Branding", "RemoteSupportType", "URL"},
-        {"optRemoteDLandEXE", "Branding", "RemoteSupportType", "Download"}, {"optUseMSRA", "Branding", "RemoteUseMSRA", "1"},
-        {"optCustomSR", "CustomButton", "Type", "SR"},      {"optCustomDE1", "CustomButton1", "Type", "Download"},
-        {"optCustomEXE2", "CustomButton2", "Type", "EXE"},  {"optCustomURL3", "CustomButton3", "Type", "URL"},
-        {"optCustomWU4", "CustomButton4", "Type", "WU"},    {"optCustomCPQ", "CustomButton", "Type", "CPQ"},
+        {"optTextCenter", "Branding", "NewUITextAlign", "center"},
+        {"optTextRight", "Branding", "NewUITextAlign", "right"},
+        {"optRemoteEXE", "Branding", "RemoteSupportType", "EXE"},
+        {"optRemoteURL", "Branding", "RemoteSupportType", "URL"},
+        {"optRemoteDLandEXE", "Branding", "RemoteSupportType", "Download"},
+        {"optUseMSRA", "Branding", "RemoteUseMSRA", "1"},
+        {"optCustomSR", "CustomButton", "Type", "SR"},
+        {"optCustomDE1", "CustomButton1", "Type", "Download"},
+        {"optCustomEXE2", "CustomButton2", "Type", "EXE"},
+        {"optCustomURL3", "CustomButton3", "Type", "URL"},
+        {"optCustomWU4", "CustomButton4", "Type", "WU"},
+        {"optCustomCPQ", "CustomButton", "Type", "CPQ"},
         {"optCustomSafe4", "CustomButton4", "Type", "SAFE"},
     };
     Form* form = &Open();
@@ -93,8 +99,8 @@ TEST_F(ConsoleTest, ChosenOptionsWriteTheirOwnValueAndGroupsWithKeysOfTheirOwnWr
     EXPECT_EQ(Stored("Branding", "UseStdLogo") + Stored("Branding", "UseRectLogo") + Stored("Branding", "UseLargeLogo"),
               "001");
     WriteSetting("CustomButton", "Type", "URL");
-    for (const char* option : {"optCustomSR", "optCustomDE", "optCustomEXE", "optCustomURL", "optCustomWU", "optCustomCPQ",
-                               "optCustomSafe"})
+    for (const char* option :
+         {"optCustomSR", "optCustomDE", "optCustomEXE", "optCustomURL", "optCustomWU", "optCustomCPQ", "optCustomSafe"})
         form->SetValue(option, 0);
     SaveConsole(*form);
     EXPECT_EQ(Stored("CustomButton", "Type"), "URL") << "none chosen leaves the old type";
@@ -114,8 +120,8 @@ TEST_F(ConsoleTest, TheMailAccountIsKeptInItsOrderAndThePasswordScrambled) {
         std::string entry = line.substr(line.find("] ") + 2);
         keys.push_back(entry.substr(0, entry.find('=')));
     }
-    EXPECT_LINES(keys, {"SMTPServer", "SMTPPort", "SMTPUserName", "SMTPPassword", "FromEmail", "ToEmail", "SMTPAuth",
-                        "UseSSL"});
+    EXPECT_LINES(
+        keys, {"SMTPServer", "SMTPPort", "SMTPUserName", "SMTPPassword", "FromEmail", "ToEmail", "SMTPAuth", "UseSSL"});
     EXPECT_EQ(DecryptString(Stored("EmailConfig", "SMTPPassword"), passwordKey), "secret");
     EXPECT_EQ(Stored("EmailConfig", "SMTPPassword").find("secret"), std::string::npos);
     form = &Reopen();
@@ -123,7 +129,8 @@ TEST_F(ConsoleTest, TheMailAccountIsKeptInItsOrderAndThePasswordScrambled) {
 }
 
 TEST_F(ConsoleTest, WhatNoFileCanHoldNeverHarmsItsNeighbours) {
-    const std::string odd[] = {std::string(300, 'x'), "a \"quoted\" b", "k=v;c[s]|p", "line\r\n[Other]\r\nkey=1", "\xC3\xA4\xD0\xB6"};
+    const std::string odd[] = {std::string(300, 'x'), "a \"quoted\" b", "k=v;c[s]|p", "line\r\n[Other]\r\nkey=1",
+                               "\xC3\xA4\xD0\xB6"};
     for (const std::string& text : odd) {
         Form& form = Open();
         form.SetText("txtAppName", text);
@@ -235,7 +242,8 @@ TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {
     form.Find("cmdListMove(2)")->UserClicked();
     EXPECT_LINES(ReadSortOrder(), {"New", "second", "A-B"});
     EXPECT_FALSE(Pc().Exists("C:\\Panel\\ByHand.cfg"));
-    EXPECT_EQ(ReadIni("C:\\Panel\\New.cfg", "Config", "App") + ReadIni("C:\\Panel\\New.cfg", "Config", "RunInCMD"), "x1");
+    EXPECT_EQ(ReadIni("C:\\Panel\\New.cfg", "Config", "App") + ReadIni("C:\\Panel\\New.cfg", "Config", "RunInCMD"),
+              "x1");
     form.Find("listApps")->UserSelected(1);
     form.Find("cmdListMove(3)")->UserClicked();
     EXPECT_LINES(ReadSortOrder(), {"New", "A-B"});

@@ -49,8 +49,11 @@ TEST_F(FilesTest, KillFileClearsTheWayOnce) {
     } cases[] = {
         {"C:\\plain", true, false, {"delete C:\\plain"}},
         {"C:\\none", true, false, {}},
-        {"C:\\readonly", true, false, {"owner C:\\readonly = Ann", "attributes C:\\readonly = 128",
-                                       "attributes C:\\readonly = 32", "delete C:\\readonly"}},
+        {"C:\\readonly",
+         true,
+         false,
+         {"owner C:\\readonly = Ann", "attributes C:\\readonly = 128", "attributes C:\\readonly = 32",
+          "delete C:\\readonly"}},
         {"C:\\denied", false, true, {}},
     };
     Pc().AddAccount("Ann", "S-1-5-21-1-2-3-1001");
@@ -111,8 +114,8 @@ TEST_F(FilesTest, DelTreeGoesOnPastAFileInUse) {
     PlantTree();
     Pc().Lock("C:\\T\\sub\\deep\\b.log");
     EXPECT_FALSE(fso.DelTree32("C:\\T"));
-    EXPECT_EQ(Pc().Tree("C:\\T"), (std::vector<std::string>{"C:\\T\\sub\\", "C:\\T\\sub\\deep\\",
-                                                       "C:\\T\\sub\\deep\\b.log"}));
+    EXPECT_EQ(Pc().Tree("C:\\T"),
+              (std::vector<std::string>{"C:\\T\\sub\\", "C:\\T\\sub\\deep\\", "C:\\T\\sub\\deep\\b.log"}));
     ExpectPreciousUntouched();
 }
 
@@ -159,7 +162,8 @@ TEST_F(FilesTest, KillDirClimbsItsLadder) {
 
 TEST_F(FilesTest, ListsByExtensionAndNotThroughLinks) {
     Pc().AddFile(precious);
-    for (const char* path : {"C:\\L\\a.log", "C:\\L\\b.LOG", "C:\\L\\c.txt", "C:\\L\\none", "C:\\L\\s\\d.log"}) Pc().AddFile(path);
+    for (const char* path : {"C:\\L\\a.log", "C:\\L\\b.LOG", "C:\\L\\c.txt", "C:\\L\\none", "C:\\L\\s\\d.log"})
+        Pc().AddFile(path);
     Pc().AddJunction("C:\\L\\link", "C:\\Precious");
     Pc().AddFolder("C:\\L\\s\\t");
     struct {
@@ -207,16 +211,17 @@ TEST_F(FilesTest, TotalsTestWhatTheTypeSays) {
         int type;
         const char* patterns;
         double total;
-    } cases[] = {{1, "*.*", 8}, {1, "*.txt", 5}, {2, "5/3/2012", 2}, {3, "5/3/2012", 1}, {4, "5-4-2012", 0},
-                 {4, "2010-05-03", 2}, {5, "no such type", 0}, {3, "2/30/2012", 0}, {3, "soon", 0}};
+    } cases[] = {{1, "*.*", 8},          {1, "*.txt", 5},     {2, "5/3/2012", 2},
+                 {3, "5/3/2012", 1},     {4, "5-4-2012", 0},  {4, "2010-05-03", 2},
+                 {5, "no such type", 0}, {3, "2/30/2012", 0}, {3, "soon", 0}};
     for (const auto& c : cases)
         EXPECT_EQ(fso.Get_Totals("C:\\L", c.type, c.patterns, true), c.total) << c.type << c.patterns;
     EXPECT_EQ(Pc().Journal("show \"An invalid date was passed.\" titled \"Invalid date format\"").size(), 2u);
 }
 
 TEST_F(FilesTest, AttributesAsLetters) {
-    std::pair<int, const char*> cases[] = {{3, "RH"}, {7, "RHS"}, {8, "V"}, {9, ""}, {23, "DRHS"}, {35, "RHA"},
-                                           {55, "DRHSA"}, {56, ""}, {0, ""}, {-1, ""}};
+    std::pair<int, const char*> cases[] = {{3, "RH"},   {7, "RHS"},    {8, "V"}, {9, ""}, {23, "DRHS"},
+                                           {35, "RHA"}, {55, "DRHSA"}, {56, ""}, {0, ""}, {-1, ""}};
     for (const auto& [number, letters] : cases) EXPECT_EQ(fso.Attribute_String(number), letters) << number;
 }
 
@@ -224,9 +229,13 @@ TEST_F(FilesTest, PartsOfPaths) {
     struct {
         const char *path, *name, *base, *extension, *parent;
     } cases[] = {
-        {"C:\\a.b\\file.tar.gz", "file.tar.gz", "file.tar", "gz", "C:\\a.b"}, {"C:\\file", "file", "file", "", "C:\\"},
-        {"C:\\", "", "", "", ""}, {"", "", "", "", ""}, {"C:\\dir\\", "dir", "dir", "", "C:\\"},
-        {"\\\\srv\\share\\x.y", "x.y", "x", "y", "\\\\srv\\share"}, {"plain.txt", "plain.txt", "plain", "txt", ""},
+        {"C:\\a.b\\file.tar.gz", "file.tar.gz", "file.tar", "gz", "C:\\a.b"},
+        {"C:\\file", "file", "file", "", "C:\\"},
+        {"C:\\", "", "", "", ""},
+        {"", "", "", "", ""},
+        {"C:\\dir\\", "dir", "dir", "", "C:\\"},
+        {"\\\\srv\\share\\x.y", "x.y", "x", "y", "\\\\srv\\share"},
+        {"plain.txt", "plain.txt", "plain", "txt", ""},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(fso.Get_Filename(c.path) + "|" + fso.Get_FileNoExtension(c.path), c.name + "|"s + c.base);
@@ -245,18 +254,24 @@ TEST_F(FilesTest, MovesAndCopiesAskBeforeTheyReplace) {
         bool result;
         const char* text;
     } cases[] = {
-        {true, false, false, 0, true, "new"},  {false, false, false, 0, true, "new"},
-        {true, true, true, 0, true, "new"},    {false, true, true, 0, true, "new"},
-        {true, false, true, pc::answerYes, true, "new"}, {false, false, true, pc::answerNo, false, "old"},
+        {true, false, false, 0, true, "new"},
+        {false, false, false, 0, true, "new"},
+        {true, true, true, 0, true, "new"},
+        {false, true, true, 0, true, "new"},
+        {true, false, true, pc::answerYes, true, "new"},
+        {false, false, true, pc::answerNo, false, "old"},
     };
     for (const auto& c : cases) {
         SimulatedPc& pc = SimulatedPc::UseWindows(Windows::seven);
         pc.AddFile("C:\\from", "new", pc::attributeReadOnly);
         if (c.thereBefore) pc.AddFile("C:\\to", "old", pc::attributeReadOnly | pc::attributeHidden);
         if (c.answer != 0) pc.Answer(c.answer);
-        EXPECT_EQ(c.isMove ? fso.Move_File("C:\\from", "C:\\to", c.overwrite) : fso.Copy_File("C:\\from", "C:\\to", c.overwrite), c.result);
+        EXPECT_EQ(c.isMove ? fso.Move_File("C:\\from", "C:\\to", c.overwrite)
+                           : fso.Copy_File("C:\\from", "C:\\to", c.overwrite),
+                  c.result);
         EXPECT_EQ(pc.FileText("C:\\to"), c.text);
-        EXPECT_EQ(pc.Attributes("C:\\to"), c.result ? pc::attributeReadOnly : pc::attributeReadOnly | pc::attributeHidden);
+        EXPECT_EQ(pc.Attributes("C:\\to"),
+                  c.result ? pc::attributeReadOnly : pc::attributeReadOnly | pc::attributeHidden);
         EXPECT_EQ(pc.Exists("C:\\from"), !(c.isMove && c.result));
         EXPECT_EQ(pc.Journal("show").size(), c.answer != 0 ? 1u : 0u);
     }

@@ -18,7 +18,8 @@ std::string Number(uint32_t number, size_t size) {
 }
 
 std::string Ace(uint8_t type, uint8_t flags, uint32_t mask, const std::string& sid) {
-    return Number(type, 1) + Number(flags, 1) + Number(static_cast<uint32_t>(8 + sid.size()), 2) + Number(mask, 4) + sid;
+    return Number(type, 1) + Number(flags, 1) + Number(static_cast<uint32_t>(8 + sid.size()), 2) + Number(mask, 4) +
+           sid;
 }
 
 // A descriptor with these entries; slack is room left free at the end of the list.
@@ -61,9 +62,16 @@ TEST_F(PermissionsTest, DenialsStandFirstAndInheritedEntriesLast) {
         size_t slack;
     } cases[] = {
         {Descriptor(0x8004, {ownUsers}), {grant}, 0x8004, {ownUsers, grantAnn}, 0},
-        {Descriptor(0x8004, {ownDeny, ownAnn, fromAbove}), {grant}, 0x8004, {ownDeny, grantAnn, fromAbove}, ownAnn.size()},
-        {Descriptor(0x8004, {ownUsers, fromAbove, ownAnn, fromAbove2}), {grant, deny}, 0x8004,
-         {denyAnn, ownUsers, grantAnn, fromAbove, ownAnn, fromAbove2}, 0},
+        {Descriptor(0x8004, {ownDeny, ownAnn, fromAbove}),
+         {grant},
+         0x8004,
+         {ownDeny, grantAnn, fromAbove},
+         ownAnn.size()},
+        {Descriptor(0x8004, {ownUsers, fromAbove, ownAnn, fromAbove2}),
+         {grant, deny},
+         0x8004,
+         {denyAnn, ownUsers, grantAnn, fromAbove, ownAnn, fromAbove2},
+         0},
         {Descriptor(0x8404, {fromAbove}), {deny}, 0x8404, {denyAnn, fromAbove}, 0},
         {Descriptor(0x9404, {}), {grant}, 0x8404, {grantAnn}, 0},  // inherited before protected
         {Descriptor(0x9004, {}, 12), {grant}, 0x9004, {grantAnn}, 0},
@@ -83,8 +91,8 @@ TEST_F(PermissionsTest, DamagedDescriptorsGiveNone) {
     struct {
         size_t at;
         std::string bytes;
-    } faults[] = {{16, "\xFF\xFF\xFF\xFF"}, {16, "\x7F"}, {22, "\xFF\xFF"}, {22, "\x04"s + '\0'}, {24, "\xFF\xFF"},
-                  {30, "\x03"s + '\0'},     {30, "\xFF\xFF"}};
+    } faults[] = {{16, "\xFF\xFF\xFF\xFF"}, {16, "\x7F"},         {22, "\xFF\xFF"}, {22, "\x04"s + '\0'},
+                  {24, "\xFF\xFF"},         {30, "\x03"s + '\0'}, {30, "\xFF\xFF"}};
     for (const auto& fault : faults) {
         std::string damaged = whole;
         damaged.replace(fault.at, fault.bytes.size(), fault.bytes);
@@ -127,7 +135,7 @@ TEST_F(PermissionsTest, TakeControlSettlesOwnerAndGrantee) {
         const char *user, *owner, *grantee;
         const char *settledOwner, *settledGrantee;
     } cases[] = {
-        {"Ann", "", "", "Ann", "Ann"}, {"", "", "", "System", "Everyone"}, {"PC$", "", "", "System", "Everyone"},
+        {"Ann", "", "", "Ann", "Ann"},    {"", "", "", "System", "Everyone"},    {"PC$", "", "", "System", "Everyone"},
         {"Ann", "Bob", "", "Bob", "Bob"}, {"Ann", "Bob", "Cleo", "Bob", "Cleo"},
     };
     for (const auto& c : cases) {

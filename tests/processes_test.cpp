@@ -49,10 +49,13 @@ TEST_F(ProcessesTest, TheSystemAccountIsReachedByPsexecWhenItCan) {
         bool hasPsexec, wait, flag, always;
         const char *user, *program, *expected, *traced;
     } cases[] = {
-        {true, true, true, false, "Ann", "C:\\Panel\\B.exe", "run hidden \"C:\\Panel\\3rd Party Tools\\psexec.exe\" -s -i cmd.exe x", ""},
-        {true, false, false, true, "Ann", "C:\\Panel\\B.exe", "run hidden \"C:\\Panel\\3rd Party Tools\\psexec.exe\" -s -i -d cmd.exe x", ""},
+        {true, true, true, false, "Ann", "C:\\Panel\\B.exe",
+         "run hidden \"C:\\Panel\\3rd Party Tools\\psexec.exe\" -s -i cmd.exe x", ""},
+        {true, false, false, true, "Ann", "C:\\Panel\\B.exe",
+         "run hidden \"C:\\Panel\\3rd Party Tools\\psexec.exe\" -s -i -d cmd.exe x", ""},
         {false, true, true, false, "Ann", "C:\\Panel\\B.exe", "run cmd.exe x", "ShellX:  Cannot find PSEXEC.EXE"},
-        {true, true, true, false, "Ann", "\\\\srv\\share\\B.exe", "run cmd.exe x", "ShellX:  Cannot run app as system with PSEXEC on a UNC path."},
+        {true, true, true, false, "Ann", "\\\\srv\\share\\B.exe", "run cmd.exe x",
+         "ShellX:  Cannot run app as system with PSEXEC on a UNC path."},
         {true, true, true, false, "PC$", "C:\\Panel\\B.exe", "run cmd.exe x", ""},
         {true, true, false, false, "Ann", "C:\\Panel\\B.exe", "run cmd.exe x", ""},
     };
@@ -88,8 +91,9 @@ TEST_F(ProcessesTest, AProgramGoneBeforeItCouldBeOpenedCountsAsFailed) {
     std::string message;
     EXPECT_FALSE(ShellX("C:\\Tools\\tool.exe", "", true, 0));
     EXPECT_FALSE(ShellandWaitForTermination("C:\\Tools\\tool.exe", 0, message));
-    EXPECT_EQ(message, "This program could not determine whether the process started."
-                       "Please watch the program and check it completes.");
+    EXPECT_EQ(message,
+              "This program could not determine whether the process started."
+              "Please watch the program and check it completes.");
 }
 
 TEST_F(ProcessesTest, TheTimeOutIsToldButNeverEndsTheWait) {

@@ -9,7 +9,6 @@ namespace {
 class RegistryTest : public PcTest {};
 constexpr const char* key = "Software\\Test";
 
-
 }  // namespace
 
 TEST_F(RegistryTest, ReadsChooseTheView) {
@@ -44,15 +43,11 @@ TEST_F(RegistryTest, ReadsGiveWhatIsStoredOrTheDefault) {
         int32_t status;
         std::string result;
     } texts[] = {
-        {pc::typeSz, "abc\0"s, 'S', 0, "abc"},
-        {pc::typeSz, "\0"s, 's', 0, ""},
-        {pc::typeSz, ""s, 'S', 0, "default"},
-        {pc::typeSz, "abc"s, 'S', 0, "ab"},
+        {pc::typeSz, "abc\0"s, 'S', 0, "abc"},       {pc::typeSz, "\0"s, 's', 0, ""},
+        {pc::typeSz, ""s, 'S', 0, "default"},        {pc::typeSz, "abc"s, 'S', 0, "ab"},
         {pc::typeSz, "ab\xC3\xA4"s, 'S', 0, "ab"},  // loses its last letter, not half of one
-        {pc::typeExpandSz, "%x%\0"s, 'S', 0, "%x%"},
-        {pc::typeMultiSz, "a\0b\0\0"s, 'M', 0, "a\0b\0"s},
-        {pc::typeBinary, "xyz"s, 'S', 0, "xy"},
-        {pc::typeSz, large + '\0', 'S', 0, large},
+        {pc::typeExpandSz, "%x%\0"s, 'S', 0, "%x%"}, {pc::typeMultiSz, "a\0b\0\0"s, 'M', 0, "a\0b\0"s},
+        {pc::typeBinary, "xyz"s, 'S', 0, "xy"},      {pc::typeSz, large + '\0', 'S', 0, large},
         {pc::typeSz, "abc\0"s, 'E', 0, "default"},
     };
     for (const auto& c : texts) {
@@ -66,9 +61,15 @@ TEST_F(RegistryTest, ReadsGiveWhatIsStoredOrTheDefault) {
         char letter;
         int32_t status, result;
     } numbers[] = {
-        {"\xFF\xFF\xFF\xFF"s, 'D', 0, -1},     {"\x01\x02"s, 'd', 0, 0x201},  {"\x01\0\0\0\x09"s, 'D', 0, 1},
-        {std::string(32, '\1'), 'D', 0, 0x1010101}, {std::string(33, '\1'), 'D', 234, 7}, {""s, 'D', 0, 0},
-        {"\xFF\xFF"s, 'B', 0, 65535},          {"\1\0\0"s, 'B', 234, 7},      {"\1\0\0\0"s, 'S', 0, 7},
+        {"\xFF\xFF\xFF\xFF"s, 'D', 0, -1},
+        {"\x01\x02"s, 'd', 0, 0x201},
+        {"\x01\0\0\0\x09"s, 'D', 0, 1},
+        {std::string(32, '\1'), 'D', 0, 0x1010101},
+        {std::string(33, '\1'), 'D', 234, 7},
+        {""s, 'D', 0, 0},
+        {"\xFF\xFF"s, 'B', 0, 65535},
+        {"\1\0\0"s, 'B', 234, 7},
+        {"\1\0\0\0"s, 'S', 0, 7},
     };
     for (const auto& c : numbers) {
         Pc().SetRaw("HKCU\\Software\\Test", "V", pc::typeBinary, c.stored);
@@ -83,9 +84,9 @@ TEST_F(RegistryTest, OnlyReadsThatFindTheirValueAreTraced) {
     ReadRegistryText("HKCU", key, "V");
     ReadRegistryText("HKCU", key, "Missing");
     ReadRegistryText("HKCU", "Software\\Missing", "V");
-    EXPECT_LINES(Pc().trace, {"\tmodRegistry\\fReadValue: ", "\t\t- Passed Key: HKCU\\Software\\Test",
-                              "\t\t- Passed Value: V", "\t\t- Returned Value: text",
-                              "\t\t- lResult (0 is successful): 0"});
+    EXPECT_LINES(Pc().trace,
+                 {"\tmodRegistry\\fReadValue: ", "\t\t- Passed Key: HKCU\\Software\\Test", "\t\t- Passed Value: V",
+                  "\t\t- Returned Value: text", "\t\t- lResult (0 is successful): 0"});
 }
 
 TEST_F(RegistryTest, FailuresLeaveTheDefault) {
@@ -94,8 +95,13 @@ TEST_F(RegistryTest, FailuresLeaveTheDefault) {
     struct {
         const char *root, *path;
         int32_t status;
-    } cases[] = {{"HKXX", key, 99},  {"HKEY_LOCAL_MACHINE", key, 99}, {"", key, 99}, {"C:\\Windows", key, 99},
-                 {"hklm", "Software\\None", 2}, {"HKLM", key, 2}, {"HKLM", "Software\\Hidden", 5}};
+    } cases[] = {{"HKXX", key, 99},
+                 {"HKEY_LOCAL_MACHINE", key, 99},
+                 {"", key, 99},
+                 {"C:\\Windows", key, 99},
+                 {"hklm", "Software\\None", 2},
+                 {"HKLM", key, 2},
+                 {"HKLM", "Software\\Hidden", 5}};
     for (const auto& c : cases) {
         std::string text;
         int32_t number = 0;
@@ -135,8 +141,8 @@ TEST_F(RegistryTest, WritesMakeTheKeyAndAppendToLists) {
     EXPECT_EQ(fWriteValue("HKLM", "Software\\Wow6432Node\\New", "S", 'S', "32"), 0);
     EXPECT_JOURNAL({"set HKCU\\Software\\Test\\S = text", "set HKCU\\Software\\Test\\E = expand %windir%",
                     "set HKCU\\Software\\Test\\M = multi one|two", "set HKCU\\Software\\Test\\M = multi one|two|two",
-                    "set HKCU\\Software\\Test\\D = dword 4294934528", "make key HKLM\\Software\\New\\Deep", "make key HKLM\\Software\\Wow6432Node\\New",
-                    "set HKLM\\Software\\Wow6432Node\\New\\S = 32"});
+                    "set HKCU\\Software\\Test\\D = dword 4294934528", "make key HKLM\\Software\\New\\Deep",
+                    "make key HKLM\\Software\\Wow6432Node\\New", "set HKLM\\Software\\Wow6432Node\\New\\S = 32"});
     EXPECT_EQ(ReadRegistryText("HKCU", key, "S"), "text");  // with its last letter
 }
 
@@ -193,8 +199,8 @@ TEST_F(RegistryTest, ValuesAreListedByType) {
     EXPECT_EQ(fEnumValue2("HKCU", key, clean), 0);
     EXPECT_EQ(clean, "a=text\0b=bare\0c=-1\0d=258\0\0"s);
     EXPECT_LINES(Pc().trace, {"\tmodRegistry\\fEnumValue2: ", "\t\t- Passed Key: HKCU\\Software\\Test",
-                              "\t\t- Returned String:  (where | = vbNullChar)",
-                              "\t\t  a=text|b=bare|c=-1|d=258||", "\t\t- lResult (0 is successful): 0"});
+                              "\t\t- Returned String:  (where | = vbNullChar)", "\t\t  a=text|b=bare|c=-1|d=258||",
+                              "\t\t- lResult (0 is successful): 0"});
 }
 
 // Whatever vanishes between two calls, a listing ends with a list that can be split.

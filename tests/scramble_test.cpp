@@ -1,6 +1,6 @@
+#include "system/scramble.h"
 #include "pc/pc_test.h"
 #include "system/base85.h"
-#include "system/scramble.h"
 
 namespace {
 
@@ -82,7 +82,8 @@ TEST(Base85, PublishedVectorsAndDamage) {
 class ScrambleTest : public PcTest {};
 
 TEST_F(ScrambleTest, PasswordsReadBackAndAnEmptyOneIsStoredToo) {
-    for (const char* password : {"", "a", "secret", "seven77", "eight888", "with blank and ~> and \"quotes\"", "4205173"}) {
+    for (const char* password :
+         {"", "a", "secret", "seven77", "eight888", "with blank and ~> and \"quotes\"", "4205173"}) {
         std::string stored = EncryptString(password, passwordKey);
         EXPECT_TRUE(stored.ends_with("~>"));
         EXPECT_FALSE(stored.starts_with("<~"));

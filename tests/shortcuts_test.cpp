@@ -11,10 +11,14 @@ class ShortcutsTest : public PcTest {};
 TEST_F(ShortcutsTest, WhatIsWrittenIsReadBack) {
     cShellLinkA written, read;
     uint16_t hotKey = cShellLinkA::MakeHotKey(6, 0x41);
-    ASSERT_TRUE(written.CreateLink("C:\\a.lnk", "C:\\Panel\\B.exe", "/x", "C:\\Panel", "\xC3\x9C" "ber", 7, hotKey, 2, ""));
+    ASSERT_TRUE(written.CreateLink("C:\\a.lnk", "C:\\Panel\\B.exe", "/x", "C:\\Panel",
+                                   "\xC3\x9C"
+                                   "ber",
+                                   7, hotKey, 2, ""));
     ASSERT_TRUE(read.GetLinkInfo("C:\\a.lnk"));
     EXPECT_EQ(read.ExeName + "|" + read.ExeArgs + "|" + read.WorkingDir + "|" + read.Description + "|" + read.IconFile,
-              "C:\\Panel\\B.exe|/x|C:\\Panel|\xC3\x9C" "ber|C:\\Panel\\B.exe");  // the icon is the target's own
+              "C:\\Panel\\B.exe|/x|C:\\Panel|\xC3\x9C"
+              "ber|C:\\Panel\\B.exe");  // the icon is the target's own
     EXPECT_EQ(read.IconIndex, 2);
     EXPECT_EQ(read.ShowCommand, 7);
     uint8_t key = 0, modifier = 0;

@@ -68,14 +68,19 @@ TEST_F(UpdatesTest, AnUpdateSwapsTheProgramFiles) {
         EXPECT_TRUE(path.find("_old") == std::string::npos || path.ends_with("\\Brevanta_old.exe")) << path;
         EXPECT_EQ(path.find(".zip"), std::string::npos) << path;
     }
-    EXPECT_FALSE(Pc().HasValue("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce", "Brevanta Update Recovery"));
+    EXPECT_FALSE(
+        Pc().HasValue("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce", "Brevanta Update Recovery"));
     EXPECT_TRUE(Pc().Journal("run").empty()) << "the scheduled update starts no panel";
 }
 
 TEST_F(UpdatesTest, UnsoundOrOlderUpdatesChangeNothing) {
-    const std::string refused[] = {
-        "", "no zip", WholeUpdate().substr(0, 80), HandZip({{"Pelmark.exe", "MZ new"}}), HandZip({{"Brevanta.exe", "text"}}),
-        HandZip({{"Brevanta.exe", "MZ older version=4.1.9.0;"}}), HandZip({{"Brevanta.exe", newProgram}, {"..\\x", "x"}})};
+    const std::string refused[] = {"",
+                                   "no zip",
+                                   WholeUpdate().substr(0, 80),
+                                   HandZip({{"Pelmark.exe", "MZ new"}}),
+                                   HandZip({{"Brevanta.exe", "text"}}),
+                                   HandZip({{"Brevanta.exe", "MZ older version=4.1.9.0;"}}),
+                                   HandZip({{"Brevanta.exe", newProgram}, {"..\\x", "x"}})};
     for (const std::string& update : refused) {
         Prepare();
         Offer(update);
@@ -121,8 +126,9 @@ TEST_F(UpdatesTest, APlugPulledAnywhereInTheSettingsUpdateLosesNothing) {
     int points = 0;
     for (bool through = false; !through && points < 500; ++points) {
         Prepare();
-        Net().web["http://tech.example/set.zip"].bytes = HandZip(
-            {{"Brevanta.ini", "[Branding]\r\nAppName=New\r\n[General]\r\nLastMaintenance=1/1/2000\r\n"}, {"App.cfg", "x"}});
+        Net().web["http://tech.example/set.zip"].bytes =
+            HandZip({{"Brevanta.ini", "[Branding]\r\nAppName=New\r\n[General]\r\nLastMaintenance=1/1/2000\r\n"},
+                     {"App.cfg", "x"}});
         Pc().StopAt(points + 1);
         through = Run("/updateconfig");
         Pc().StopAt(-1000000);
@@ -166,7 +172,8 @@ TEST_F(UpdatesTest, SettingsComeFromTheWebOrTheCloud) {
             bool applies = std::string(row.name) == "New";
             // From the cloud a set without settings is unpacked all the same: it adds to what is there.
             EXPECT_EQ(ReadIni("C:\\Panel\\Brevanta.ini", "Branding", "AppName"), row.name) << cloud;
-            EXPECT_EQ(ReadIni("C:\\Panel\\Brevanta.ini", "General", "LastMaintenance"), "11/01/2026 9:00:00 AM") << cloud;
+            EXPECT_EQ(ReadIni("C:\\Panel\\Brevanta.ini", "General", "LastMaintenance"), "11/01/2026 9:00:00 AM")
+                << cloud;
             EXPECT_FALSE(Pc().Exists("C:\\evil"));
             if (!cloud) {
                 EXPECT_EQ(Pc().Exists("C:\\Panel\\supportlogo.jpg"), !applies) << "an older logo must not win";
@@ -180,21 +187,23 @@ TEST_F(UpdatesTest, InstallAndRemovalToTheLetter) {
     Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "UpdateApp", "1");
     Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "OpenTSAfterInstall", "0");
     Run("/installer");
-    EXPECT_LINES(Pc().Journal("run"),
-                 {"run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 0\"",
-                  "run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 1\"",
-                  "run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 2\"",
-                  "run hidden schtasks.exe /delete /f /tn \"Brevanta App Update\"",
-                  "run hidden schtasks.exe /delete /f /tn \"Brevanta Config Update\"",
-                  "run hidden schtasks.exe /create /ru system /sc WEEKLY /d MON /st 12:00:00 /rl highest /f /tn \"Brevanta "
-                  "App Update\" /tr \"\\\"C:\\Panel\\Brevanta.exe\\\" /updateonly"});
+    EXPECT_LINES(
+        Pc().Journal("run"),
+        {"run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 0\"",
+         "run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 1\"",
+         "run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 2\"",
+         "run hidden schtasks.exe /delete /f /tn \"Brevanta App Update\"",
+         "run hidden schtasks.exe /delete /f /tn \"Brevanta Config Update\"",
+         "run hidden schtasks.exe /create /ru system /sc WEEKLY /d MON /st 12:00:00 /rl highest /f /tn \"Brevanta "
+         "App Update\" /tr \"\\\"C:\\Panel\\Brevanta.exe\\\" /updateonly"});
     EXPECT_FALSE(Pc().TextOf("HKLM\\Software\\Talvenmoor\\Maintenance", "LastRun").empty());
     Pc().journal.clear();
     Pc().SetText("HKLM\\Software\\Talvenmoor\\Brevanta", "x", "y");
     Pc().SetText("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", "Brevanta Maintenance Check", "z");
     Run("/uninstaller");
     EXPECT_FALSE(Pc().HasKey("HKLM\\Software\\Talvenmoor\\Brevanta"));
-    EXPECT_FALSE(Pc().HasValue("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", "Brevanta Maintenance Check"));
+    EXPECT_FALSE(
+        Pc().HasValue("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", "Brevanta Maintenance Check"));
     EXPECT_EQ(Pc().Journal("run hidden schtasks.exe /delete").size(), 5u);
 
     SimulatedPc::UseWindows(Windows::xp);

@@ -33,8 +33,8 @@ inline std::string Number(uint64_t value, int size) {
 
 // Fields of both headers from the flags to the extra length.
 inline std::string SharedFields(const HandEntry& entry, const std::string& data, bool local) {
-    uint32_t crc = static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(entry.bytes.data()),
-                                               static_cast<uInt>(entry.bytes.size())));
+    uint32_t crc = static_cast<uint32_t>(
+        crc32(0, reinterpret_cast<const Bytef*>(entry.bytes.data()), static_cast<uInt>(entry.bytes.size())));
     bool later = local && entry.descriptor;
     auto claim = [](int64_t given, uint64_t real) { return given < 0 ? real : static_cast<uint64_t>(given); };
     return Number(20, 2) + Number(static_cast<uint64_t>(entry.flags | (entry.descriptor ? 8 : 0)), 2) +
@@ -52,7 +52,8 @@ inline std::string HandZip(const std::vector<HandEntry>& entries, const std::str
         uint64_t offset = entry.offsetClaim < 0 ? archive.size() : static_cast<uint64_t>(entry.offsetClaim);
         directory += Number(zip::centralSignature, 4) + Number(20, 2) + SharedFields(entry, data, false) +
                      std::string(2 + 2 + 2 + 4, '\0') + Number(offset, 4) + entry.name + entry.centralExtra;
-        archive += Number(zip::localSignature, 4) + SharedFields(entry, data, true) + entry.name + entry.localExtra + data;
+        archive +=
+            Number(zip::localSignature, 4) + SharedFields(entry, data, true) + entry.name + entry.localExtra + data;
         if (entry.descriptor)
             archive += Number(0x08074B50, 4) + Number(0, 4) + Number(data.size(), 4) + Number(entry.bytes.size(), 4);
     }

@@ -70,9 +70,11 @@ TEST_F(ZipPeersTest, WhatWePackPassesTheirTests) {
     }
     ASSERT_TRUE(zip.WriteZip("C:\\Work\\ours.zip", true));
     Write("ours.zip", Pc().FileText("C:\\Work\\ours.zip"));
-    for (const char* check : {"unzip -t ours.zip", "7z t ours.zip", "bsdtar -tf ours.zip", "python3 -m zipfile -t ours.zip"})
+    for (const char* check :
+         {"unzip -t ours.zip", "7z t ours.zip", "bsdtar -tf ours.zip", "python3 -m zipfile -t ours.zip"})
         EXPECT_EQ(Run(check), 0) << check << "\n" << Read("log");
-    ASSERT_EQ(Run("mkdir out && export LC_ALL=C.UTF-8 && bsdtar -C out -xf ours.zip && diff -r out src"), 0) << Read("log");
+    ASSERT_EQ(Run("mkdir out && export LC_ALL=C.UTF-8 && bsdtar -C out -xf ours.zip && diff -r out src"), 0)
+        << Read("log");
 }
 
 }  // namespace

@@ -102,11 +102,12 @@ TEST_F(ZipTest, WhatOrdinaryToolsMakeOpens) {
 }
 
 TEST_F(ZipTest, NamesThatWouldLeaveTheFolderAreRefusedAndTheRestComes) {
-    const std::string hostile[] = {"../evil",       "a/../../evil", "..\\evil",   "/evil",       "\\evil",  "\\\\srv\\x",
-                                   "C:evil",        "C:\\evil",     "a/b:stream", "NUL",         "con.txt", "sub/AUX.log",
-                                   "com1",          "LPT9.prn",     "trail. ",    "dots...",     "sp ",     "a/ /b",
-                                   "what?",         "st*r",         "pi|pe",      "quo\"te",     "<tag>",   "COM\xC2\xB9",
-                                   std::string("nul\0.exe", 8),     "tab\t"};
+    const std::string hostile[] = {"../evil",    "a/../../evil", "..\\evil", "/evil",       "\\evil",
+                                   "\\\\srv\\x", "C:evil",       "C:\\evil", "a/b:stream",  "NUL",
+                                   "con.txt",    "sub/AUX.log",  "com1",     "LPT9.prn",    "trail. ",
+                                   "dots...",    "sp ",          "a/ /b",    "what?",       "st*r",
+                                   "pi|pe",      "quo\"te",      "<tag>",    "COM\xC2\xB9", std::string("nul\0.exe", 8),
+                                   "tab\t"};
     for (const std::string& name : hostile) {
         HandEntry entry = {name, "x"};
         entry.flags = zip::flagUtf8;
@@ -209,7 +210,9 @@ TEST_F(ZipTest, AnArchiveCutAtAnyByteOrChangedAnywhereHarmsNothing) {
 TEST_F(ZipTest, OpeningSaysWhatIsWrong) {
     ZipExtractionClass reader;
     std::vector<std::string> errors;
-    reader.ZipError = [&](int32_t code, const std::string& text) { errors.push_back(std::to_string(code) + " " + text); };
+    reader.ZipError = [&](int32_t code, const std::string& text) {
+        errors.push_back(std::to_string(code) + " " + text);
+    };
     EXPECT_FALSE(reader.Extract(target, true, true));
     EXPECT_FALSE(reader.OpenZip("C:\\Work\\none.zip"));
     Pc().AddFile("C:\\Work\\text.zip", std::string(200000, 'P'));

@@ -56,11 +56,12 @@ int BareWindow(int controls) {
     windowClass.lpfnWndProc = DefWindowProcW;
     windowClass.lpszClassName = L"Bare";
     RegisterClassW(&windowClass);
-    HWND window = CreateWindowW(L"Bare", L"Bare", WS_OVERLAPPEDWINDOW, 100, 100, 700, 560, nullptr, nullptr, nullptr, nullptr);
+    HWND window =
+        CreateWindowW(L"Bare", L"Bare", WS_OVERLAPPEDWINDOW, 100, 100, 700, 560, nullptr, nullptr, nullptr, nullptr);
     SetPropW(window, L"ControlName", reinterpret_cast<HANDLE>(1));
     for (int i = 0; i < controls; ++i)
-        CreateWindowW(L"STATIC", L"text", WS_CHILD | WS_VISIBLE, 10 + i % 4 * 160, 10 + i / 4 * 24, 150, 20, window, nullptr,
-                      nullptr, nullptr);
+        CreateWindowW(L"STATIC", L"text", WS_CHILD | WS_VISIBLE, 10 + i % 4 * 160, 10 + i / 4 * 24, 150, 20, window,
+                      nullptr, nullptr, nullptr);
     ShowWindow(window, SW_SHOW);
     UpdateWindow(window);
     MSG message;

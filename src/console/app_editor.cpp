@@ -24,20 +24,13 @@ struct AppField {
     enum Kind { text, tick, platform } kind;
 };
 constexpr AppField appFields[] = {
-    {"App", "txtFileName(0)", AppField::text},
-    {"App64", "txtFileName(1)", AppField::text},
-    {"AppParms", "txtCmdParms", AppField::text},
-    {"AppURL64", "txtAppURL(1)", AppField::text},
-    {"AppDLName64", "txtDLName(1)", AppField::text},
-    {"AppURL", "txtAppURL(0)", AppField::text},
-    {"AppDLName", "txtDLName(0)", AppField::text},
-    {"AlwaysAttemptDownload", "chkAlwaysDLCustomApp", AppField::tick},
-    {"32", "chkCustom32", AppField::platform},
-    {"64", "chkCustom64", AppField::platform},
-    {"XP", "chkCustomXP", AppField::platform},
-    {"Vista", "chkCustomVista", AppField::platform},
-    {"7", "chkCustom7", AppField::platform},
-    {"8", "chkCustom8", AppField::platform},
+    {"App", "txtFileName(0)", AppField::text},       {"App64", "txtFileName(1)", AppField::text},
+    {"AppParms", "txtCmdParms", AppField::text},     {"AppURL64", "txtAppURL(1)", AppField::text},
+    {"AppDLName64", "txtDLName(1)", AppField::text}, {"AppURL", "txtAppURL(0)", AppField::text},
+    {"AppDLName", "txtDLName(0)", AppField::text},   {"AlwaysAttemptDownload", "chkAlwaysDLCustomApp", AppField::tick},
+    {"32", "chkCustom32", AppField::platform},       {"64", "chkCustom64", AppField::platform},
+    {"XP", "chkCustomXP", AppField::platform},       {"Vista", "chkCustomVista", AppField::platform},
+    {"7", "chkCustom7", AppField::platform},         {"8", "chkCustom8", AppField::platform},
 };
 
 std::string ToolsFolder() { return GetAppPath() + "3rd Party Tools"; }
@@ -95,9 +88,8 @@ bool SaveCustomApp(Form& form) {
     if (!listed) list.AddItem(name);
     for (const AppField& field : appFields) {
         const Control& control = *form.Find(field.control);
-        std::string value = field.kind == AppField::text
-                                ? ReplaceAll(ReplaceAll(control.Text(), "\r", ""), "\n", " ")
-                                : NumberText(control.Value());
+        std::string value = field.kind == AppField::text ? ReplaceAll(ReplaceAll(control.Text(), "\r", ""), "\n", " ")
+                                                         : NumberText(control.Value());
         WriteIni(AppFile(name), "Config", field.key, value);
     }
     return true;
@@ -244,7 +236,10 @@ constexpr ControlSpec controls[] = {
     {Kind::label, "lblDLName1", "Download File Name (Required)", {right, 3630, halfWidth, 240}, page},
     {Kind::textBox, "txtDLName(1)", "", {right, 3900, 2580, 345}, page},
     {Kind::button, "cmdMaint(1)", "T&est", {10080, 3885, 900, 375}, page},
-    {Kind::checkBox, "chkAlwaysDLCustomApp", "Always attempt to download a fresh &copy.", {formLeft, 4440, formWidth, 285},
+    {Kind::checkBox,
+     "chkAlwaysDLCustomApp",
+     "Always attempt to download a fresh &copy.",
+     {formLeft, 4440, formWidth, 285},
      page},
     {Kind::label, "lblCmdParms", "App Command Line Para&meters:", {formLeft, 4920, formWidth, 240}, page},
     {Kind::textBox, "txtCmdParms", "", {formLeft, 5190, formWidth, 345}, page},

@@ -36,8 +36,7 @@ void ClickSideBar(Form& form, int group, int item) {
     auto pages = ConsolePages();
     if (group == 1 && item >= 1 && item <= static_cast<int>(pages.size()))
         ShowPage(form, pages[static_cast<size_t>(item - 1)].control);
-    if (group == 2 && item >= 1 && item <= static_cast<int>(std::size(saveItems)))
-        saveItems[item - 1].run(form);
+    if (group == 2 && item >= 1 && item <= static_cast<int>(std::size(saveItems))) saveItems[item - 1].run(form);
 }
 
 // The designed states, before any setting is read.
@@ -110,7 +109,7 @@ void BuildConsole(Form& form) {
 
 // The layout of the fifteen pages is made at the first use: a panel never needs it.
 const FormDefinition& frmConfig() {
-    static const FormDefinition definition = {"frmConfig",   "Config",         consoleWidth,    consoleHeight,
+    static const FormDefinition definition = {"frmConfig",     "Config",        consoleWidth, consoleHeight,
                                               Border::sizable, LayoutConsole(), BuildConsole};
     return definition;
 }

@@ -36,9 +36,7 @@ bool PackConfig(Form& form) {
     return ZipFolderRelative(UploadFolder(), ConfigArchive(), false);
 }
 
-std::string CommonDesktop() {
-    return pc::Environment(IsVistaOrLater() ? "public" : "allusersprofile") + "\\Desktop";
-}
+std::string CommonDesktop() { return pc::Environment(IsVistaOrLater() ? "public" : "allusersprofile") + "\\Desktop"; }
 
 void UploadNow(Form& form) {
     PackConfig(form);

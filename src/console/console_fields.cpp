@@ -60,8 +60,7 @@ void LoadField(Form& form, const Field& field) {
 bool SaveField(Form& form, const Field& field) {
     const Control* control = form.Find(field.control);
     if (!control || field.keep == Keep::none) return true;
-    if (field.keep == Keep::whenChosen)
-        return !control->Value() || WriteSetting(field.section, field.key, field.value);
+    if (field.keep == Keep::whenChosen) return !control->Value() || WriteSetting(field.section, field.key, field.value);
     std::string value = IsTick(field.item) ? NumberText(control->Value()) : ToSetting(field, control->Text());
     return WriteSetting(field.section, field.key, value);
 }
@@ -109,7 +108,8 @@ bool SaveConsole(Form& form) {
         }
         saved = SaveField(form, field) && saved;
     }
-    if (!saved) pc::ShowMessage("The settings could not be saved:\r\n" + State().settingsFile, "", pc::styleExclamation);
+    if (!saved)
+        pc::ShowMessage("The settings could not be saved:\r\n" + State().settingsFile, "", pc::styleExclamation);
     return saved;
 }
 

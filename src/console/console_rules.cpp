@@ -59,7 +59,7 @@ void ApplyRemoteRules(Form& form) {
 std::string CheckPort(const std::string& text) {
     bool digits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
     return digits && text.size() <= 5 && (text.size() < 5 || text <= "65535") && text != "0" ? ""
-                                                                                              : "Not a port number.";
+                                                                                             : "Not a port number.";
 }
 
 std::string CheckTime(const std::string& text) {
@@ -98,14 +98,12 @@ struct FieldCheck {
     std::string (*check)(const std::string&);
 };
 constexpr FieldCheck checks[] = {
-    {"comboSMTPPort", CheckPort},         {"txtFromEmail", CheckMail},
-    {"txtEmail", CheckMailOrUrl},         {"txtEmailURLOnly", CheckAddress},
-    {"txtLogoWebsite", CheckAddress},     {"txtShortcutWebsite", CheckAddress},
-    {"txtLargeCustomLink", CheckAddress}, {"txtPreRemoteURL", CheckPage},
-    {"txtPostMaintURL", CheckAddress},    {"txtNetRestartURL", CheckAddress},
-    {"txtUpdateLoc", CheckAddress},       {"txtRPTime(0)", CheckTime},
-    {"txtRPTime(1)", CheckTime},          {"txtRPTime(2)", CheckTime},
-    {"txtAppURL(0)", CheckAddress},       {"txtAppURL(1)", CheckAddress},
+    {"comboSMTPPort", CheckPort},         {"txtFromEmail", CheckMail},      {"txtEmail", CheckMailOrUrl},
+    {"txtEmailURLOnly", CheckAddress},    {"txtLogoWebsite", CheckAddress}, {"txtShortcutWebsite", CheckAddress},
+    {"txtLargeCustomLink", CheckAddress}, {"txtPreRemoteURL", CheckPage},   {"txtPostMaintURL", CheckAddress},
+    {"txtNetRestartURL", CheckAddress},   {"txtUpdateLoc", CheckAddress},   {"txtRPTime(0)", CheckTime},
+    {"txtRPTime(1)", CheckTime},          {"txtRPTime(2)", CheckTime},      {"txtAppURL(0)", CheckAddress},
+    {"txtAppURL(1)", CheckAddress},
 };
 
 // The bundled program must be in the folder; the other ways want an address.
@@ -139,8 +137,8 @@ void ApplyRules(Form& form) {
 }
 
 void AttachRules(Form& form) {
-    for (const char* box : {"chkSecondEmail", "chkUseEmailSMTP", "optRemoteDLandEXE", "optRemoteEXE", "optRemoteURL",
-                            "optUseMSRA"})
+    for (const char* box :
+         {"chkSecondEmail", "chkUseEmailSMTP", "optRemoteDLandEXE", "optRemoteEXE", "optRemoteURL", "optUseMSRA"})
         OnTick(form, box, [&form] { ApplyRules(form); });
     for (const FieldCheck& row : checks) OnTick(form, row.control, [&form, &row] { RunCheck(form, row); });
     OnTick(form, "txtSupportApp", [&form] { RunSupportAppCheck(form); });

@@ -41,8 +41,8 @@ int SaveStage(const Field& field) {
         const char* section;
         int stage;
     };
-    static constexpr Stage stages[] = {{"Nimbra", 0},   {"Install", 1},   {"Branding", 2},  {"EmailConfig", 2},
-                                       {"Fix", 5},      {"Maint", 6},     {"Config", 6},    {"CustomRP0", 7},
+    static constexpr Stage stages[] = {{"Nimbra", 0},    {"Install", 1},   {"Branding", 2}, {"EmailConfig", 2},
+                                       {"Fix", 5},       {"Maint", 6},     {"Config", 6},   {"CustomRP0", 7},
                                        {"CustomRP1", 7}, {"CustomRP2", 7}, {"CustomRP", 8}, {"ScheduledTasks", 9}};
     if (StartsWith(field.section, "CustomButton")) return 3;
     if (field.section == "Branding" && IsLogoOrRemoteKey(field.key)) return 4;

@@ -9,14 +9,14 @@
 #include "controls/form.h"
 
 enum class Item : uint8_t {
-    title,    // of the page
-    group,    // a heading within the page
-    text,     // caption above a box of one line; without caption it belongs to the check box or option above it
-    secret,   // the same, typed as dots
-    memo,     // several lines
+    title,   // of the page
+    group,   // a heading within the page
+    text,    // caption above a box of one line; without caption it belongs to the check box or option above it
+    secret,  // the same, typed as dots
+    memo,    // several lines
     check,
     option,
-    combo,    // editable with a list
+    combo,  // editable with a list
     button,
     note,     // quiet text
     label,    // a text that code sets
@@ -27,11 +27,11 @@ enum class Item : uint8_t {
 // How a control's state is kept.
 enum class Keep : uint8_t {
     none,
-    asText,       // a check box as "0" or "1", a box as its text
-    asLines,      // line breaks as "|"
-    scrambled,    // Ascii85 of the XORed text
-    whenChosen,   // an option: its value is written when it is the chosen one, otherwise nothing
-    optionFlag,   // an option with a key of its own: "1" or "0"
+    asText,      // a check box as "0" or "1", a box as its text
+    asLines,     // line breaks as "|"
+    scrambled,   // Ascii85 of the XORed text
+    whenChosen,  // an option: its value is written when it is the chosen one, otherwise nothing
+    optionFlag,  // an option with a key of its own: "1" or "0"
 };
 
 struct PageItem {
@@ -43,24 +43,24 @@ struct PageItem {
     int column = 0;             // 0 the whole width, 1 left half, 2 right half
     const char* designed = "";  // state before any setting is read; a box text, or "1" for checked
     Keep keep = Keep::asText;
-    const char* value = "";     // what a chosen option writes
-    int group = 0;              // options of one number exclude each other
-    const char* items = "";     // of a combo or list, parted by "|"
+    const char* value = "";  // what a chosen option writes
+    int group = 0;           // options of one number exclude each other
+    const char* items = "";  // of a combo or list, parted by "|"
 };
 
 struct Page {
     const char* control;      // "picBranding"
     const char* sideBarText;  // "Branding and Logo"
     std::span<const PageItem> items;
-    int copy = 0;             // of the custom button page: 0 to 4; behind each control name but the first copy's
+    int copy = 0;  // of the custom button page: 0 to 4; behind each control name but the first copy's
 };
 
 // All fifteen pages in the order of the sidebar.
 std::span<const Page> ConsolePages();
 
 // Pages of fixed layout, of other rooms.
-std::span<const ControlSpec> AppEditorControls();       // picCustomAppsMaint
-std::span<const ControlSpec> RestoreScheduleControls(); // picAutoSRP
+std::span<const ControlSpec> AppEditorControls();        // picCustomAppsMaint
+std::span<const ControlSpec> RestoreScheduleControls();  // picAutoSRP
 
 // Name and section on the given page: the custom button pages carry their number.
 std::string ControlName(const Page& page, const PageItem& item);

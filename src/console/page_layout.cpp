@@ -28,8 +28,12 @@ int LinesOf(const char* caption, int width) {
 class PageLayout {
 public:
     PageLayout(const Page& layoutPage, std::vector<ControlSpec>& out) : page(layoutPage), controls(out) {
-        controls.push_back({Kind::picture, page.control, page.sideBarText,
-                            {pageLeft, 0, pageWidth, consoleHeight}, "", hidden | growWidth | growHeight});
+        controls.push_back({Kind::picture,
+                            page.control,
+                            page.sideBarText,
+                            {pageLeft, 0, pageWidth, consoleHeight},
+                            "",
+                            hidden | growWidth | growHeight});
     }
 
     void Skip(int height) { left = right = height; }
@@ -68,8 +72,14 @@ private:
     void Add(Kind kind, std::string name, const char* caption, int height, uint32_t flags, const PageItem* item = {}) {
         // A label without a name of its own is still found, by page and number.
         if (name.empty()) name = std::string(page.control) + ".Label" + NumberText(++labels);
-        controls.push_back({kind, Kept(std::move(name)), caption, {x, y, width, height}, page.control, flags,
-                            item ? item->group + page.copy * 10 : 0, item ? item->items : ""});
+        controls.push_back({kind,
+                            Kept(std::move(name)),
+                            caption,
+                            {x, y, width, height},
+                            page.control,
+                            flags,
+                            item ? item->group + page.copy * 10 : 0,
+                            item ? item->items : ""});
         y += height;
     }
     void PlaceTitle(const PageItem& item) {

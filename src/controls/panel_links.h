@@ -4,7 +4,7 @@
 #include "controls/form.h"
 
 struct PanelLinks {
-    void (*getHealth)(Form& form) = nullptr;       // refreshes the health display
+    void (*getHealth)(Form& form) = nullptr;         // refreshes the health display
     void (*showPanelBrowser)(bool modal) = nullptr;  // shows the internal browser at State().browserAddress
 };
 PanelLinks& Links();

@@ -44,8 +44,8 @@ std::vector<std::string> AttachmentPaths(const std::string& attachment) {
 }
 
 std::string StampedBody(const std::string& body) {
-    return body + "\r\n\r\n---\r\nComputer Name:  " + pc::Environment("computername") + "\r\nUser Name:  " +
-           pc::Environment("username") + "\r\n\r\n\r\n\r\nThis message sent by " + VersionString();
+    return body + "\r\n\r\n---\r\nComputer Name:  " + pc::Environment("computername") +
+           "\r\nUser Name:  " + pc::Environment("username") + "\r\n\r\n\r\n\r\nThis message sent by " + VersionString();
 }
 
 struct Message {
@@ -82,9 +82,17 @@ bool SendByMessageObject(const Message& message) {
 // What the message object cannot do, above all STARTTLS, the carried companion can.
 bool SendByCompanion(const Message& message) {
     const MailConfig& account = MailAccount();
-    SmtpMail mail = {account.strSMTPServer, account.strSMTPPort, account.strSMTPUserName, account.strSMTPPassword,
-                     account.bSMTPAuth,     account.bUseSSL,     message.from,            OneLine(account.strToEmail),
-                     message.subject,       message.body,        message.attachments};
+    SmtpMail mail = {account.strSMTPServer,
+                     account.strSMTPPort,
+                     account.strSMTPUserName,
+                     account.strSMTPPassword,
+                     account.bSMTPAuth,
+                     account.bUseSSL,
+                     message.from,
+                     OneLine(account.strToEmail),
+                     message.subject,
+                     message.body,
+                     message.attachments};
     std::string error;
     if (SendBySmtp(mail, error)) return true;
     DebugOutput("SendEmail: SMTP: ", error);

@@ -38,9 +38,7 @@ constexpr const char* cimNamespace = "root\\cimv2";
 std::string InfoFolder() { return GetAppPath() + "InfoTemp"; }
 std::string ReportFile() { return InfoFolder() + "\\PCHealth.txt"; }
 
-std::string LogQuery(const std::string& log) {
-    return "Select * from Win32_NTLogEvent Where Logfile = '" + log + "'";
-}
+std::string LogQuery(const std::string& log) { return "Select * from Win32_NTLogEvent Where Logfile = '" + log + "'"; }
 
 // Columns of the walk.
 enum : size_t { colLog, colType, colCode, colSource, colMessage, colTime };
@@ -48,22 +46,23 @@ const std::vector<std::string> eventProperties = {"logfile",    "Type",    "Even
                                                   "SourceName", "Message", "TimeGenerated"};
 
 std::string EventRecord(const pc::WmiRow& row) {
-    return "Log:  " + row[colLog].text + "\r\nType: " + UpperCase(row[colType].text) + "\r\nEventID:  " +
-           row[colCode].text + "\r\nSource:  " + row[colSource].text + "\r\nMessage:  " + row[colMessage].text +
-           "\r\n\r\n";
+    return "Log:  " + row[colLog].text + "\r\nType: " + UpperCase(row[colType].text) +
+           "\r\nEventID:  " + row[colCode].text + "\r\nSource:  " + row[colSource].text +
+           "\r\nMessage:  " + row[colMessage].text + "\r\n\r\n";
 }
 
 std::string EventRecords(const std::string& log, const std::string& bootTime) {
     std::string records, error;
-    pc::WmiQuery(cimNamespace, LogQuery(log), eventProperties, walkMilliseconds,
-                 [&](const pc::WmiRow& row) {
-                     // Newest first: the first record older than the start ends the walk. Times compare as text.
-                     if (bootTime > row[colTime].text) return false;
-                     std::string type = LowerCase(row[colType].text);
-                     if (type == "error" || type == "warning") records += EventRecord(row);
-                     return true;
-                 },
-                 error);
+    pc::WmiQuery(
+        cimNamespace, LogQuery(log), eventProperties, walkMilliseconds,
+        [&](const pc::WmiRow& row) {
+            // Newest first: the first record older than the start ends the walk. Times compare as text.
+            if (bootTime > row[colTime].text) return false;
+            std::string type = LowerCase(row[colType].text);
+            if (type == "error" || type == "warning") records += EventRecord(row);
+            return true;
+        },
+        error);
     return records;
 }
 
@@ -71,13 +70,14 @@ std::string EventRecords(const std::string& log, const std::string& bootTime) {
 
 std::string GetLastBootTime() {
     std::string time, error;
-    pc::WmiQuery(cimNamespace, LogQuery("System"), {"EventCode", "TimeGenerated"}, walkMilliseconds,
-                 [&](const pc::WmiRow& row) {
-                     if (row[0].number != bootEvent) return true;
-                     time = row[1].text;
-                     return false;
-                 },
-                 error);
+    pc::WmiQuery(
+        cimNamespace, LogQuery("System"), {"EventCode", "TimeGenerated"}, walkMilliseconds,
+        [&](const pc::WmiRow& row) {
+            if (row[0].number != bootEvent) return true;
+            time = row[1].text;
+            return false;
+        },
+        error);
     return time;
 }
 

@@ -8,7 +8,7 @@
 struct SmtpMail {
     std::string server, port, user, password;
     bool authenticate = false;
-    bool useTls = false;  // nothing is sent in clear then
+    bool useTls = false;   // nothing is sent in clear then
     std::string from, to;  // to: addresses parted by ";" or ","
     std::string subject, text;
     std::vector<std::string> attachments;  // full paths

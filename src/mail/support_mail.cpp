@@ -53,15 +53,21 @@ struct ClientField {
     const char* label;
     const char* value;
 };
-constexpr ClientField clientFields[] = {
-    {"txtName", "Name:  ", "ClientName"}, {"txtPhone", "Phone:  ", "ClientPhone"}, {"txtEmail", "Email:  ", "ClientEmail"}};
+constexpr ClientField clientFields[] = {{"txtName", "Name:  ", "ClientName"},
+                                        {"txtPhone", "Phone:  ", "ClientPhone"},
+                                        {"txtEmail", "Email:  ", "ClientEmail"}};
 
 constexpr LanguageCaption captions[] = {
-    {"EmailForm", "Name", "lblName"},       {"EmailForm", "Email", "lblEmail"},
-    {"EmailForm", "Phone", "lblPhone"},     {"EmailForm", "Subject", "lblSubject"},
-    {"EmailForm", "Body", "lblBody"},       {"EmailForm", "Attachments", "lblAttachments"},
-    {"EmailForm", "AttachInfo", "chkAttachInfo"}, {"EmailForm", "AttachPic", "chkAttachPic"},
-    {"EmailForm", "SendEmail", "Command1"}, {"Misc", "SupportRequest", "txtSubject"},
+    {"EmailForm", "Name", "lblName"},
+    {"EmailForm", "Email", "lblEmail"},
+    {"EmailForm", "Phone", "lblPhone"},
+    {"EmailForm", "Subject", "lblSubject"},
+    {"EmailForm", "Body", "lblBody"},
+    {"EmailForm", "Attachments", "lblAttachments"},
+    {"EmailForm", "AttachInfo", "chkAttachInfo"},
+    {"EmailForm", "AttachPic", "chkAttachPic"},
+    {"EmailForm", "SendEmail", "Command1"},
+    {"Misc", "SupportRequest", "txtSubject"},
 };
 
 void LoadMailForm(Form& form) {
@@ -133,7 +139,10 @@ const ControlSpec mailControls[] = {
     {Kind::textBox, "txtBody", "", {300, 2640, 7500, 2280}, "", multiLine},
     {Kind::picture, "picAttachments", "", {300, 5100, 5460, 1080}},
     {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 5400, 300}, "picAttachments", bold},
-    {Kind::checkBox, "chkAttachInfo", "Attach &diagnostic information about your PC.", {0, 360, 5400, 300},
+    {Kind::checkBox,
+     "chkAttachInfo",
+     "Attach &diagnostic information about your PC.",
+     {0, 360, 5400, 300},
      "picAttachments"},
     {Kind::checkBox, "chkAttachPic", "Attach a &picture of your screen.", {0, 720, 5400, 300}, "picAttachments"},
     {Kind::button, "Command1", "&Send Email", {5880, 5640, 1920, 480}},
@@ -146,13 +155,12 @@ const ControlSpec optionControls[] = {
 
 }  // namespace
 
-const FormDefinition frmEmail = {
-    "frmEmail", "", 8100, 6360, Border::fixed, mailControls, [](Form& form) {
-        form.SetValue("chkAttachInfo", 1);
-        form.SetValue("chkAttachPic", 1);
-        form.onLoad = [&form] { LoadMailForm(form); };
-        form.OnClick("Command1", [&form] { SendRequest(form); });
-    }};
+const FormDefinition frmEmail = {"frmEmail", "", 8100, 6360, Border::fixed, mailControls, [](Form& form) {
+                                     form.SetValue("chkAttachInfo", 1);
+                                     form.SetValue("chkAttachPic", 1);
+                                     form.onLoad = [&form] { LoadMailForm(form); };
+                                     form.OnClick("Command1", [&form] { SendRequest(form); });
+                                 }};
 
 const FormDefinition frmEmailOptions = {
     "frmEmailOptions", "", 4800, 1800, Border::dialog, optionControls, [](Form& form) {

@@ -45,7 +45,8 @@ constexpr RunKey runKeys[] = {
 std::string Tool(const char* name) { return GetAppPath() + "3rd Party Tools\\" + name; }
 
 void FetchTool(const std::string& path, const char* remoteName) {
-    if (!DoesFileExist(path)) DownloadFile(std::string("http://") + build::toolsHost + remoteName, path, "", false, false);
+    if (!DoesFileExist(path))
+        DownloadFile(std::string("http://") + build::toolsHost + remoteName, path, "", false, false);
 }
 
 void DefragFile(const char* label, const std::string& path) {

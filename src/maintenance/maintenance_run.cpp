@@ -45,11 +45,11 @@ void RunIdleTasks(Form&) { RunAndWait("rundll32.exe advapi32.dll,ProcessIdleTask
 
 // One step of the run.
 struct Step {
-    const char* key;                         // in section Maint; null: always
+    const char* key;  // in section Maint; null: always
     bool (*asked)(const std::string& value);
-    const char* statusKey;                   // in section StatusBarText; null leaves the line as it is
+    const char* statusKey;  // in section StatusBarText; null leaves the line as it is
     const char* status;
-    const char* statusTail;                  // behind the text, whatever its language
+    const char* statusTail;  // behind the text, whatever its language
     bool thirdParty;
     void (*run)(Form& form);
 };
@@ -80,9 +80,8 @@ bool Confirmed(bool closeApp) {
                                       "Maintenance may take from 15 minutes to several hours depending on how much "
                                       "maintenance your PC needs.  Continue?");
     if (closeApp)
-        prompt += "\r\n\r\n" +
-                  LanguageText("MessageBoxes", "PreMaintanceMsgAutoClose",
-                               "(The Support Control Panel will close after maintenance is complete.)");
+        prompt += "\r\n\r\n" + LanguageText("MessageBoxes", "PreMaintanceMsgAutoClose",
+                                            "(The Support Control Panel will close after maintenance is complete.)");
     return pc::ShowMessage(prompt, "", pc::styleOkCancel | pc::styleQuestion) == pc::answerOk;
 }
 

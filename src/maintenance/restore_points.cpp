@@ -29,12 +29,13 @@ constexpr uint32_t queryMilliseconds = 10000;
 int64_t NewestRestorePoint() {
     int64_t newest = 0;
     std::string error;
-    pc::WmiQuery("root\\default", "Select * from SystemRestore", {"SequenceNumber"}, queryMilliseconds,
-                 [&](const pc::WmiRow& row) {
-                     newest = std::max(newest, row[0].number);
-                     return true;
-                 },
-                 error);
+    pc::WmiQuery(
+        "root\\default", "Select * from SystemRestore", {"SequenceNumber"}, queryMilliseconds,
+        [&](const pc::WmiRow& row) {
+            newest = std::max(newest, row[0].number);
+            return true;
+        },
+        error);
     return newest;
 }
 

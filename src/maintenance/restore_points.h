@@ -3,7 +3,8 @@
 
 #include <string>
 
-// Makes one inside this process. What the system answered goes to the trace, also when it answered success and made none.
+// Makes one inside this process. What the system answered goes to the trace, also when it answered success and made
+// none.
 void CreateRestorePoint(const std::string& name);
 // Starts the companion that makes the point of schedule 0 to 2 with administrator rights; not waited for.
 void CreateScheduledRestorePoint(int index);

@@ -90,12 +90,9 @@ constexpr Store cookieStores[] = {
 
 constexpr Folder historyFolders[] = {{LOCAL "\\Microsoft\\Windows\\History"}, {LOCAL_SETTINGS "\\history"}};
 constexpr StoreItem chromeHistory[] = {
-    {StoreItem::file, "\\archived history"},
-    {StoreItem::file, "\\archived history-journal"},
-    {StoreItem::file, "\\history provider cache"},
-    {StoreItem::file, "\\history"},
-    {StoreItem::file, "\\history-journal"},
-    {StoreItem::pattern, "history*.*"},
+    {StoreItem::file, "\\archived history"},       {StoreItem::file, "\\archived history-journal"},
+    {StoreItem::file, "\\history provider cache"}, {StoreItem::file, "\\history"},
+    {StoreItem::file, "\\history-journal"},        {StoreItem::pattern, "history*.*"},
 };
 constexpr StoreItem firefoxHistory[] = {
     {StoreItem::file, "\\places.sqlite"},
@@ -201,12 +198,8 @@ private:
 
     void CleanStoreItem(const std::string& profile, const std::string& tail, const StoreItem& item) {
         switch (item.kind) {
-            case StoreItem::folder:
-                Remove(profile, tail + item.tail);
-                break;
-            case StoreItem::file:
-                RemoveFile(profile, tail + item.tail);
-                break;
+            case StoreItem::folder: Remove(profile, tail + item.tail); break;
+            case StoreItem::file: RemoveFile(profile, tail + item.tail); break;
             case StoreItem::pattern:
                 if (!IsOwnPath(profile, tail)) break;
                 std::vector<std::string> found;
@@ -258,9 +251,8 @@ void SetCleanTarget(const std::string& drive) {
 
 void CleanTempFiles(const CleanerFlags& flags, CleanerStatus status) {
     DebugOutput("Starting temp file deletion on " + UpperCase(Target().sTargetDrive));
-    DebugOutput("\tTemp Internet Files=" + TraceValue(flags.bDelTempInternet).Text() +
-                " Cookies=" + TraceValue(flags.bDelCookies).Text() +
-                " History=" + TraceValue(flags.bDelHistory).Text());
+    DebugOutput("\tTemp Internet Files=" + TraceValue(flags.bDelTempInternet).Text() + " Cookies=" +
+                TraceValue(flags.bDelCookies).Text() + " History=" + TraceValue(flags.bDelHistory).Text());
     SetCleanTarget(pc::Environment("systemdrive"));
     status.ShowFirst("Deleting Temp Files...");
     Cleaner cleaner(flags, status);

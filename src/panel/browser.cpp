@@ -16,23 +16,23 @@ const ControlSpec controls[] = {
 
 }  // namespace
 
-const FormDefinition frmPanelBrowser = {
-    "frmPanelBrowser", "", 13200, 8700, Border::sizable, controls, [](Form& form) {
-        auto resizer = std::make_shared<FormResizer>();
-        form.onLoad = [&form, resizer] {
-            resizer->InitResizeArray(form);
-            SetFormIcon(form);
-            State().appName = BrandName();
-            form.SetCaption(State().appName);
-            form.Find("WebBrowser1")->Navigate(State().browserAddress);
-        };
-        form.onResize = [resizer] { resizer->ResizeControls(); };
-        // The host tells by a change that the control could not be made or the page not be shown.
-        form.Find("WebBrowser1")->onChange = [&form] {
-            OpenDocument(form.Find("WebBrowser1")->Address());
-            UnloadForm(form);
-        };
-    }};
+const FormDefinition frmPanelBrowser = {"frmPanelBrowser", "", 13200, 8700, Border::sizable, controls, [](Form& form) {
+                                            auto resizer = std::make_shared<FormResizer>();
+                                            form.onLoad = [&form, resizer] {
+                                                resizer->InitResizeArray(form);
+                                                SetFormIcon(form);
+                                                State().appName = BrandName();
+                                                form.SetCaption(State().appName);
+                                                form.Find("WebBrowser1")->Navigate(State().browserAddress);
+                                            };
+                                            form.onResize = [resizer] { resizer->ResizeControls(); };
+                                            // The host tells by a change that the control could not be made or the page
+                                            // not be shown.
+                                            form.Find("WebBrowser1")->onChange = [&form] {
+                                                OpenDocument(form.Find("WebBrowser1")->Address());
+                                                UnloadForm(form);
+                                            };
+                                        }};
 
 void ShowPanelBrowser(bool modal) {
     if (modal)

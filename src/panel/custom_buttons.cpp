@@ -81,8 +81,12 @@ void RunCustomButton(int n) {
     const CustomButton& button = buttons[n];
     AddUsage(button.counter);
     auto read = [&](const char* key) { return Setting(button.section, key); };
-    Press press = {button,          read("ButtonAction"),  read("CustomEXEParms"), UpperCase(read("DownloadName")),
-                   read("ButtonCaption"), read("CustomAppName")};
+    Press press = {button,
+                   read("ButtonAction"),
+                   read("CustomEXEParms"),
+                   UpperCase(read("DownloadName")),
+                   read("ButtonCaption"),
+                   read("CustomAppName")};
     std::string type = UpperCase(read("Type"));
     for (const TypeAction& row : typeActions)
         if (type == row.type) row.run(press);

@@ -60,25 +60,35 @@ const ControlSpec clientInfoControls[] = {
     {Kind::textBox, "txtEmail", "", {2520, 780, 4080, 360}},
     {Kind::label, "Label3", "Client &Phone Number:", {300, 1320, 2160, 300}},
     {Kind::textBox, "txtPhone", "", {2520, 1260, 4080, 360}},
-    {Kind::label, "Label4",
+    {Kind::label,
+     "Label4",
      "This information is stored in the registry and is only used to pre-populate the Email fields in the custom email "
-     "form if you have enabled the internal SMTP configuration for when the client attempts to send an email to you via "
+     "form if you have enabled the internal SMTP configuration for when the client attempts to send an email to you "
+     "via "
      "the Email button.",
-     {300, 1860, 6300, 960}, "", note | wrap},
+     {300, 1860, 6300, 960},
+     "",
+     note | wrap},
     {Kind::button, "Command1", "&Save && Close", {4800, 3000, 1800, 420}, "", defaultButton},
 };
 
 const ControlSpec clientIdControls[] = {
     {Kind::label, "Label1", "Set Client &ID for This PC:", {300, 360, 2340, 300}},
     {Kind::combo, "Combo1", "", {2700, 300, 3900, 360}},
-    {Kind::label, "Label2",
+    {Kind::label,
+     "Label2",
      "This information is stored in the registry and is only used to fill in the [ClientID] variable which can be used "
      "in URL strings throughout the Brevanta configuration.",
-     {300, 900, 6300, 660}, "", note | wrap},
-    {Kind::label, "Label3",
+     {300, 900, 6300, 660},
+     "",
+     note | wrap},
+    {Kind::label,
+     "Label3",
      "You may enter in anything in this field, for example a specific client / business name, ID number from your "
      "POS/CRM, or just a descriptive name for a particular group of customers.",
-     {300, 1620, 6300, 660}, "", note | wrap},
+     {300, 1620, 6300, 660},
+     "",
+     note | wrap},
     {Kind::button, "Command1", "&Save && Close", {4800, 2460, 1800, 420}, "", defaultButton},
 };
 
@@ -108,8 +118,8 @@ void OpenLogoLink() {
 }
 
 void ClearPrintQueue() {
-    std::string cleared = LanguageText("MessageBoxes", "PrintQueueCleared",
-                                       "Print Queue Cleared!  You may now try to print again.");
+    std::string cleared =
+        LanguageText("MessageBoxes", "PrintQueueCleared", "Print Queue Cleared!  You may now try to print again.");
     RunAndWait("cmd /c net stop spooler /y", 0);
     std::string queue = pc::Environment("windir") + "\\System32\\spool\\PRINTERS";
     if (DoesDirExist(queue)) clsFSO().KillDir(queue, false);
@@ -128,7 +138,8 @@ void OpenWindowsUpdate() {
     DebugOutput(vista ? "Windows 7 or Vista" : "Windows XP or below");
     if (!vista) {
         StartUnder("programfiles", "\\Internet Explorer\\iexplore.exe", build::windowsUpdateUrl);
-    } else if (clsOpSys().MajorVersion >= 10 && !DoesFileExist(pc::Environment("systemroot") + "\\system32\\wuapp.exe")) {
+    } else if (clsOpSys().MajorVersion >= 10 &&
+               !DoesFileExist(pc::Environment("systemroot") + "\\system32\\wuapp.exe")) {
         // Windows 10 moved the old program's work to a settings page.
         OpenDocument("ms-settings:windowsupdate");
     } else {

@@ -104,7 +104,8 @@ void FixInternet(Form& form) {
     AddUsage("Fix");
     std::string question = SettingOr("Fix", "FixConfirmation", "Attempt to fix internet problems?");
     if (pc::ShowMessage(question, "", pc::styleOkCancel | pc::styleExclamation) != pc::answerOk) return;
-    form.SetText("txtStatus", LanguageText("StatusBarText", "FixingInternetProperties", "Fixing Internet Properties..."));
+    form.SetText("txtStatus",
+                 LanguageText("StatusBarText", "FixingInternetProperties", "Fixing Internet Properties..."));
     for (const FixStep& step : fixSteps)
         if (NumPositive(Setting("Fix", step.key))) step.run();
     if (Links().getHealth) Links().getHealth(form);

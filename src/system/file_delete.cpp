@@ -137,7 +137,8 @@ void clsFSO::KillWhatIsLeft(const std::string& folder) {
     std::vector<std::string> files, folders;
     {
         RedirectionOff redirectionOff;
-        WalkTree(folder, true,
+        WalkTree(
+            folder, true,
             [&](const std::string& path, const pc::FileInfo&) {
                 files.push_back(path);
                 return true;

@@ -15,9 +15,7 @@ std::string DateAndTime(pc::FileTime time) {
     return pc::ShortDateText(local) + " " + pc::LongTimeText(local);
 }
 
-bool IsDriveLetter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
+bool IsDriveLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 // "0012-ABCD"
 std::string SerialText(uint32_t serial) {
@@ -27,9 +25,7 @@ std::string SerialText(uint32_t serial) {
 }
 
 // The file object's own numbers: 1 removable, 2 fixed, 3 network, 4 CD, 5 RAM.
-int DriveTypeNumber(const pc::DriveInfo& drive) {
-    return drive.type >= 2 ? static_cast<int>(drive.type) - 1 : 0;
-}
+int DriveTypeNumber(const pc::DriveInfo& drive) { return drive.type >= 2 ? static_cast<int>(drive.type) - 1 : 0; }
 
 }  // namespace
 

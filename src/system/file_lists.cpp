@@ -13,9 +13,7 @@
 namespace {
 
 // Year, month and day as one number that sorts, such as 20261122.
-int SortableDate(int year, int month, int day) {
-    return (year * 100 + month) * 100 + day;
-}
+int SortableDate(int year, int month, int day) { return (year * 100 + month) * 100 + day; }
 
 int SortableDate(pc::FileTime time) {
     pc::ClockTime local = pc::LocalFromFileTime(time);
@@ -61,9 +59,7 @@ struct FilePattern {
     std::string extension;
 };
 
-bool AnyFolder(const std::string&) {
-    return true;
-}
+bool AnyFolder(const std::string&) { return true; }
 
 }  // namespace
 
@@ -143,7 +139,8 @@ std::string clsFSO::Get_DirList(const std::string& folder, bool bSubFolders) {
         list += ';';
         return true;
     };
-    WalkTree(folder, bSubFolders, [](const std::string&, const pc::FileInfo&) { return true; }, addFolder);
+    WalkTree(
+        folder, bSubFolders, [](const std::string&, const pc::FileInfo&) { return true; }, addFolder);
     return list;
 }
 
@@ -203,8 +200,7 @@ std::string clsFSO::ReturnNewerFile(const std::string& file1, const std::string&
     return !DoesFileExist(file1) && DoesFileExist(file2) ? file2 : file1;
 }
 
-std::string clsFSO::ReturnNewestFileFromSpec(const std::string& folder, const std::string& pattern,
-                                             bool bSubFolders) {
+std::string clsFSO::ReturnNewestFileFromSpec(const std::string& folder, const std::string& pattern, bool bSubFolders) {
     std::vector<std::string> found;
     FindFiles(folder, pattern, found, bSubFolders);
     std::string newest;

@@ -56,9 +56,7 @@ std::string clsFSO::StripDrive(const std::string& path) {
     return path.substr(2);
 }
 
-std::string clsFSO::Get_Extension(const std::string& path) {
-    return ExtensionInName(Get_Filename(path));
-}
+std::string clsFSO::Get_Extension(const std::string& path) { return ExtensionInName(Get_Filename(path)); }
 
 std::string clsFSO::Get_FileNoExtension(const std::string& path) {
     std::string name = Get_Filename(path);
@@ -79,9 +77,7 @@ std::string clsFSO::Get_Path(const std::string& path) {
     return EndsWith(parent, ":") ? parent + "\\" : parent;
 }
 
-std::string clsFSO::Get_Version(const std::string& file) {
-    return pc::FileVersion(file);
-}
+std::string clsFSO::Get_Version(const std::string& file) { return pc::FileVersion(file); }
 
 std::string clsFSO::Get_VB_Version(const std::string& file) {
     std::string version = pc::FileVersion(file);
@@ -96,9 +92,7 @@ std::string clsFSO::Remove_Trailing_Slash(const std::string& path) {
     return TraceSlash("Remove_Trailing_Slash", path, WithoutTrailingSlashes(path));
 }
 
-std::string clsFSO::Remove_Nulls(const std::string& text) {
-    return text.substr(0, text.find('\0'));
-}
+std::string clsFSO::Remove_Nulls(const std::string& text) { return text.substr(0, text.find('\0')); }
 
 std::string clsFSO::Shrink_2_Fit(const std::string& path, size_t length) {
     if (CharacterCount(path) <= length) return path;

@@ -25,8 +25,8 @@ bool IsFolderHere(const std::string& path) {
 
 // The target takes the source's attributes, as far as they can be set.
 void CarryAttributes(const std::string& target, uint32_t attributes) {
-    uint32_t settable = attributes & (pc::attributeReadOnly | pc::attributeHidden | pc::attributeSystem |
-                                      pc::attributeArchive);
+    uint32_t settable =
+        attributes & (pc::attributeReadOnly | pc::attributeHidden | pc::attributeSystem | pc::attributeArchive);
     pc::ChangeAttributes(target, settable != 0 ? settable : pc::attributeNormal);
 }
 
@@ -81,8 +81,8 @@ bool clsFSO::PlaceFile(const char* procedure, const std::string& source, const s
     RedirectionOff redirectionOff;
     std::optional<pc::FileInfo> file = pc::GetFileInfo(source), old = pc::GetFileInfo(destination);
     if (old) pc::ChangeAttributes(destination, pc::attributeNormal);
-    bool isPlaced = isMove ? pc::MovePath(source, destination, isThere)
-                           : pc::CopyOneFile(source, destination, !isThere);
+    bool isPlaced =
+        isMove ? pc::MovePath(source, destination, isThere) : pc::CopyOneFile(source, destination, !isThere);
     const std::optional<pc::FileInfo>& origin = isPlaced ? file : old;
     if (origin) CarryAttributes(destination, origin->attributes);
     return isPlaced;

@@ -12,16 +12,38 @@
 
 class clsFSO {
 public:
-    double Count = 0;          // files found by Get_FileList and Get_Totals
+    double Count = 0;  // files found by Get_FileList and Get_Totals
     int AccessErrNum = 0;
-    bool cancel = false;       // stops listings at the next item
-    std::function<void(const std::string& path, double count)> onFileFound, onFileCounted;
+    bool cancel = false;  // stops listings at the next item
+    std::function<void(const std::string&path, double count)> onFileFound, onFileCounted;
 
-    enum FileField { fieldDrive, fieldPath, fieldParentFolder, fieldSize, fieldType, fieldExtension,
-                     fieldDateLastAccessed, fieldDateLastModified, fieldDateCreated, fieldAttributes };
-    std::array<std::string, 10> fileFields;   // filled by Get_FileInfo
-    enum DriveField { driveLetter, shareName, drivePath, rootFolder, serialText, volumeName, totalSize,
-                      availableSpace, freeSpace, driveType, fileSystem, readyText };
+    enum FileField {
+        fieldDrive,
+        fieldPath,
+        fieldParentFolder,
+        fieldSize,
+        fieldType,
+        fieldExtension,
+        fieldDateLastAccessed,
+        fieldDateLastModified,
+        fieldDateCreated,
+        fieldAttributes
+    };
+    std::array<std::string, 10> fileFields;  // filled by Get_FileInfo
+    enum DriveField {
+        driveLetter,
+        shareName,
+        drivePath,
+        rootFolder,
+        serialText,
+        volumeName,
+        totalSize,
+        availableSpace,
+        freeSpace,
+        driveType,
+        fileSystem,
+        readyText
+    };
     std::array<std::string, 12> driveFields;  // filled by Drive_Exist
 
     bool Get_FileProperties(const std::string& path);

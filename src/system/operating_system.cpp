@@ -13,16 +13,36 @@ struct Edition {
     const char* text;
 };
 constexpr Edition editions[] = {
-    {0, " Undefined Edition "},  {1, " Ultimate "},          {2, " Home Basic "},
-    {3, " Home Premium "},       {4, " Enterprise "},        {5, " Home Basic N "},
-    {6, " Business "},           {7, " Standard "},          {8, " Datacenter "},
-    {9, " SBS "},                {10, " Enterprise "},       {11, " Starter "},
-    {12, " Datacenter Core "},   {13, " Standard Core "},    {14, " Enterprise Core "},
-    {15, " Enterprise IA64 "},   {16, " Business N "},       {17, " Web Server "},
-    {18, " Cluster "},           {19, " Home Server "},      {20, " Storage Express "},
-    {21, "Storage Standard"},    {22, " Storage Workgroup "}, {23, " Storage Enterprise "},
-    {24, " For Small Business "}, {25, " SBS Premium "},     {42, " Hyper-V "},
-    {48, " Professional "},      {74, " Consumer Preview? "}, {103, " Pro w/Media Center "},
+    {0, " Undefined Edition "},
+    {1, " Ultimate "},
+    {2, " Home Basic "},
+    {3, " Home Premium "},
+    {4, " Enterprise "},
+    {5, " Home Basic N "},
+    {6, " Business "},
+    {7, " Standard "},
+    {8, " Datacenter "},
+    {9, " SBS "},
+    {10, " Enterprise "},
+    {11, " Starter "},
+    {12, " Datacenter Core "},
+    {13, " Standard Core "},
+    {14, " Enterprise Core "},
+    {15, " Enterprise IA64 "},
+    {16, " Business N "},
+    {17, " Web Server "},
+    {18, " Cluster "},
+    {19, " Home Server "},
+    {20, " Storage Express "},
+    {21, "Storage Standard"},
+    {22, " Storage Workgroup "},
+    {23, " Storage Enterprise "},
+    {24, " For Small Business "},
+    {25, " SBS Premium "},
+    {42, " Hyper-V "},
+    {48, " Professional "},
+    {74, " Consumer Preview? "},
+    {103, " Pro w/Media Center "},
 };
 
 // The first build of Windows 11, whose product name in the registry still says 10.
@@ -95,18 +115,12 @@ std::string clsOpSys::Platform() const {
         bool holds;
         const char* name;
     };
-    const Family families[] = {{IsWinME, "Windows Me"},
-                               {IsWin98, "Windows 98"},
-                               {IsWin95, "Windows 95"},
-                               {Is2008R2, "Windows Server 2008 R2"},
-                               {IsWin8, "Windows 8"},
-                               {IsWin7, "Windows 7"},
-                               {Is2008, "Windows Server 2008"},
-                               {IsVista, "Windows Vista"},
-                               {Is2003, "Windows Server 2003"},
-                               {IsWinXP, "Windows XP"},
-                               {IsWin2K, "Windows 2000"},
-                               {IsWinNT, "Windows NT"}};
+    const Family families[] = {{IsWinME, "Windows Me"},         {IsWin98, "Windows 98"},
+                               {IsWin95, "Windows 95"},         {Is2008R2, "Windows Server 2008 R2"},
+                               {IsWin8, "Windows 8"},           {IsWin7, "Windows 7"},
+                               {Is2008, "Windows Server 2008"}, {IsVista, "Windows Vista"},
+                               {Is2003, "Windows Server 2003"}, {IsWinXP, "Windows XP"},
+                               {IsWin2K, "Windows 2000"},       {IsWinNT, "Windows NT"}};
     for (const Family& family : families)
         if (family.holds) return family.name;
     return "Unknown";
@@ -118,7 +132,10 @@ std::string clsOpSys::Version() const {
 }
 
 std::string clsOpSys::ProductTypeName() const {
-    return ProductType == 1 ? "NT Workstation" : ProductType == 2 ? "Domain Controller" : ProductType == 3 ? "NT Server" : "Unknown";
+    return ProductType == 1   ? "NT Workstation"
+           : ProductType == 2 ? "Domain Controller"
+           : ProductType == 3 ? "NT Server"
+                              : "Unknown";
 }
 
 std::string clsOpSys::VistaSKU() const {

@@ -38,8 +38,7 @@ void LoadProfileList(bool askUser = false);
 // Makes the folder; appends or overwrites (in the ANSI code page, closed by CR LF). noDuplicates: a line that is there
 // already (case ignored) is not added again.
 bool SaveTextToFile(const std::string& file, const std::string& text, bool overwrite, bool noDuplicates = false);
-bool SaveTextToFileNoDebug(const std::string& file, const std::string& text, bool overwrite,
-                           bool noDuplicates = false);
+bool SaveTextToFileNoDebug(const std::string& file, const std::string& text, bool overwrite, bool noDuplicates = false);
 // Date text, today when dateText is empty; order by the setting FormatDateDayFirst.
 std::string FormatDate(bool withHyphens, const std::string& dateText);
 // Date and time now in the system's short text form, as the last-run facts hold it.

@@ -25,17 +25,15 @@ bool SwitchPrivilege(const std::string& name, bool enable) {
     return false;
 }
 
-std::string UserName() {
-    return pc::Environment("username");
-}
+std::string UserName() { return pc::Environment("username"); }
 
 // Full access for words it does not know.
 uint32_t AccessMask(const std::string& access) {
     static constexpr struct {
         const char* word;
         uint32_t mask;
-    } rows[] = {{"R", 0x20019}, {"Read", 0x20019}, {"X", 0x20019}, {"Execute", 0x20019},
-                {"W", 0x20006}, {"Write", 0x20006}};
+    } rows[] = {{"R", 0x20019},       {"Read", 0x20019}, {"X", 0x20019},
+                {"Execute", 0x20019}, {"W", 0x20006},    {"Write", 0x20006}};
     for (const auto& row : rows)
         if (access == row.word) return row.mask;
     return pc::keyAllAccess;
@@ -45,8 +43,8 @@ uint32_t PermissionRoot(const std::string& root) {
     static constexpr struct {
         const char* name;
         uint32_t handle;
-    } rows[] = {{"HKCU", pc::currentUser}, {"HKLM", pc::localMachine},
-                {"HKU", pc::usersRoot}, {"HKCR", pc::classesRoot}};
+    } rows[] = {
+        {"HKCU", pc::currentUser}, {"HKLM", pc::localMachine}, {"HKU", pc::usersRoot}, {"HKCR", pc::classesRoot}};
     for (const auto& row : rows)
         if (EqualNoCase(root, row.name)) return row.handle;
     DebugOutput("SetPerm\\RegSetKeyPermission - Bad skey passed:  " + root);
@@ -57,9 +55,8 @@ uint32_t PermissionRoot(const std::string& root) {
 // The tool's own names of the roots; two of them hold a blank that belongs to its command line.
 std::string LongRootForTool(const std::string& root) {
     static constexpr const char* rows[][2] = {
-        {"HKCU", "HKEY_CURRENT_USER\\"},     {"HKLM", "HKEY_LOCAL_MACHINE\\"},
-        {"HKU", "HKEY_USERS\\"},             {"HKDD", "HKEY_DYN_DATA\\"},
-        {"HKCC", "HKEY_CURRENT_CONFIG\\ "},  {"HKCR", "HKEY_CLASSES_ROOT\\ "},
+        {"HKCU", "HKEY_CURRENT_USER\\"}, {"HKLM", "HKEY_LOCAL_MACHINE\\"},   {"HKU", "HKEY_USERS\\"},
+        {"HKDD", "HKEY_DYN_DATA\\"},     {"HKCC", "HKEY_CURRENT_CONFIG\\ "}, {"HKCR", "HKEY_CLASSES_ROOT\\ "},
     };
     for (const auto& row : rows)
         if (EqualNoCase(root, row[0])) return row[1];
@@ -69,9 +66,9 @@ std::string LongRootForTool(const std::string& root) {
 // Path of subinacl.exe; the last place that has it wins. Empty when there is none.
 std::string FindTool(bool alsoInTools) {
     std::string windows = pc::Environment("systemroot"), tool;
-    for (const std::string& place : {windows + "\\subinacl.exe", windows + "\\System32\\subinacl.exe",
-                                     GetAppPath() + "subinacl.exe",
-                                     GetAppPath() + "..\\3rd Party Tools\\subinacl.exe"}) {
+    for (const std::string& place :
+         {windows + "\\subinacl.exe", windows + "\\System32\\subinacl.exe", GetAppPath() + "subinacl.exe",
+          GetAppPath() + "..\\3rd Party Tools\\subinacl.exe"}) {
         bool isInTools = StartsWith(place, GetAppPath() + "..");
         if ((alsoInTools || !isInTools) && DoesFileExist(place)) tool = place;
     }
@@ -87,13 +84,9 @@ void RunTool(const std::string& tool, const std::string& option, const std::stri
 
 }  // namespace
 
-bool EnablePrivilege(const std::string& name) {
-    return SwitchPrivilege(name, true);
-}
+bool EnablePrivilege(const std::string& name) { return SwitchPrivilege(name, true); }
 
-bool DisablePrivilege(const std::string& name) {
-    return SwitchPrivilege(name, false);
-}
+bool DisablePrivilege(const std::string& name) { return SwitchPrivilege(name, false); }
 
 void ChangeOwnerOfFile(const std::string& path, std::string owner) {
     DebugOutput("SetOwnerFS\\ChangeOwnerOfFile:");

@@ -9,11 +9,11 @@
 
 // One account to grant or deny.
 struct AccessEntry {
-    std::string account;    // looked up when sid is empty
+    std::string account;  // looked up when sid is empty
     uint32_t mask = 0;
-    uint8_t aceFlags = 2;   // container inherit
-    uint8_t aceType = 0;    // 0 allow, 1 deny
-    std::string sid;        // bytes
+    uint8_t aceFlags = 2;  // container inherit
+    uint8_t aceType = 0;   // 0 allow, 1 deny
+    std::string sid;       // bytes
 };
 
 // owner empty: the current user. Traces what failed.

@@ -17,9 +17,7 @@ namespace {
 
 constexpr uint32_t pollMilliseconds = 100;
 
-std::string InQuotes(const std::string& text) {
-    return '"' + text + '"';
-}
+std::string InQuotes(const std::string& text) { return '"' + text + '"'; }
 
 // True with the code once the process has ended, or can no longer be asked (code 0).
 bool HasEnded(const pc::Process& process, uint32_t& exitCode) {
@@ -31,8 +29,7 @@ bool HasEnded(const pc::Process& process, uint32_t& exitCode) {
 uint32_t Start(const std::string& commandLine, uint16_t windowStyle, pc::Process* process) {
     RedirectionOff redirectionOff;
     uint32_t processId = pc::StartProcess(commandLine, windowStyle);
-    if (processId != 0 && process != nullptr)
-        pc::OpenProcessById(processId, pc::processQueryInformation, *process);
+    if (processId != 0 && process != nullptr) pc::OpenProcessById(processId, pc::processQueryInformation, *process);
     return processId;
 }
 
@@ -49,9 +46,7 @@ void RaiseToSystem(std::string& command, bool wait, uint16_t& windowStyle) {
     }
 }
 
-bool IsOwnProgram(const std::string& name) {
-    return EqualNoCase(name, StripPath(GetEXEPath()));
-}
+bool IsOwnProgram(const std::string& name) { return EqualNoCase(name, StripPath(GetEXEPath())); }
 
 // 0 when the text is not all digits or too large for an identifier.
 uint32_t ProcessIdFromText(const std::string& text) {
@@ -71,9 +66,7 @@ void TraceKill(const char* procedure, const std::string& name) {
 
 }  // namespace
 
-void DoEvents() {
-    pc::PumpMessages();
-}
+void DoEvents() { pc::PumpMessages(); }
 
 void WaitFor(const std::function<bool()>& done) {
     while (!done()) {
@@ -99,8 +92,7 @@ bool ShellX(std::string pathAndFileName, const std::string& arguments, bool wait
         DebugOutput("\t- sPathAndFileName=" + pathAndFileName);
         return false;
     }
-    std::string command =
-        pathAndFileName.find(' ') != std::string::npos ? InQuotes(pathAndFileName) : pathAndFileName;
+    std::string command = pathAndFileName.find(' ') != std::string::npos ? InQuotes(pathAndFileName) : pathAndFileName;
     if (!arguments.empty()) command += ' ' + arguments;
     if ((asSystem || State().bRunAllAsSystem) && !IsSystemAccess(false)) RaiseToSystem(command, wait, windowStyle);
 
@@ -204,9 +196,7 @@ void KillProcessViaWMI(const std::string& name) {
     if (!IsOwnProgram(name)) pc::WmiTerminateProcesses(name);
 }
 
-void OpenDocument(const std::string& document) {
-    pc::ShellOpen(document, "", "", 1);
-}
+void OpenDocument(const std::string& document) { pc::ShellOpen(document, "", "", 1); }
 
 void RemoveOldRightsTools() {
     for (const char* tool : {"psexec.exe", "MSBv_Fix.exe"}) pc::RemoveFile(GetAppPath() + tool);

@@ -4,9 +4,9 @@
 #include <string>
 
 struct ProgramState {
-    std::string settingsFile;         // full path of the settings INI
-    std::string debugFile;            // trace file, used only while debugToFile
-    std::string appName;              // technician's company name
+    std::string settingsFile;  // full path of the settings INI
+    std::string debugFile;     // trace file, used only while debugToFile
+    std::string appName;       // technician's company name
     std::string phoneNumber;
     std::string strSupportEmail;      // mail address, or web address that starts with "http"
     std::string remoteSupportTarget;  // file name, address or download address, by mode
@@ -14,7 +14,7 @@ struct ProgramState {
     std::string commandLine;          // lower-cased, without the program name
     bool logoIsLink = false;
     bool skinActive = false;
-    bool bHasStaticIP = false;        // set by the health display, read by the network reset
+    bool bHasStaticIP = false;  // set by the health display, read by the network reset
     bool bInternetPresent = false;
     bool bRemoveIEToolbars = false;
     bool bRemoveIEBHOs = false;

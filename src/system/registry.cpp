@@ -14,18 +14,14 @@ constexpr size_t profileTextCapacity = 255;
 constexpr const char* errorInvalidCall = "5 Invalid procedure call or argument";
 constexpr const char* errorOverflow = "6 Overflow";
 
-char UpperLetter(char type) {
-    return type >= 'a' && type <= 'z' ? static_cast<char>(type - 'a' + 'A') : type;
-}
+char UpperLetter(char type) { return type >= 'a' && type <= 'z' ? static_cast<char>(type - 'a' + 'A') : type; }
 
 void DropLastCharacter(std::string& text) {
     while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80) text.pop_back();
     if (!text.empty()) text.pop_back();
 }
 
-bool IsTextType(uint32_t type) {
-    return type == pc::typeSz || type == pc::typeExpandSz || type == pc::typeMultiSz;
-}
+bool IsTextType(uint32_t type) { return type == pc::typeSz || type == pc::typeExpandSz || type == pc::typeMultiSz; }
 
 // The first bytes of the data as a number, least significant first.
 int32_t NumberFromBytes(const std::string& data) {
@@ -43,12 +39,10 @@ std::string BytesOfNumber(int32_t number) {
 }
 
 // Data of a text value as it is stored: the platform closes a text that is not empty with a NUL of its own.
-std::string StoredText(const std::string& text) {
-    return text.empty() || text.back() == '\0' ? text : text + '\0';
-}
+std::string StoredText(const std::string& text) { return text.empty() || text.back() == '\0' ? text : text + '\0'; }
 
-void TraceRead(const std::string& root, const std::string& key, const std::string& valueName,
-               const std::string& result, int32_t status) {
+void TraceRead(const std::string& root, const std::string& key, const std::string& valueName, const std::string& result,
+               int32_t status) {
     DebugOutput("modRegistry\\fReadValue: ");
     TraceKeyAndValue(root, key, valueName);
     DebugOutput("\t- Returned Value: " + result);
@@ -209,9 +203,7 @@ void TraceKeyAndValue(const std::string& root, const std::string& key, const std
     DebugOutput("\t- Passed Value: " + valueName);
 }
 
-void TraceStatus(int32_t status) {
-    DebugOutput("\t- lResult (0 is successful): " + NumberText(status));
-}
+void TraceStatus(int32_t status) { DebugOutput("\t- lResult (0 is successful): " + NumberText(status)); }
 
 uint32_t fGetHive(const std::string& root) {
     static constexpr struct {
@@ -228,9 +220,7 @@ uint32_t fGetHive(const std::string& root) {
     return file && !file->IsFolder() ? hiveIniFile : hiveBad;
 }
 
-bool IsOS64Bit() {
-    return !pc::Environment("ProgramFiles(x86)").empty();
-}
+bool IsOS64Bit() { return !pc::Environment("ProgramFiles(x86)").empty(); }
 
 std::vector<std::string> SplitList(const std::string& list) {
     std::vector<std::string> pieces = Split(list, '\0');
@@ -279,8 +269,7 @@ int32_t fReadValue(const std::string& root, const std::string& key, const std::s
         result = NumberFromBytes(data);
     }
     int32_t status = pc::CloseKey(start.key);
-    TraceRead(root, start.path, valueName,
-              letter == 'B' ? TraceValue(result != 0).Text() : NumberText(result), status);
+    TraceRead(root, start.path, valueName, letter == 'B' ? TraceValue(result != 0).Text() : NumberText(result), status);
     return status;
 }
 
@@ -303,15 +292,11 @@ int32_t fWriteValue(const std::string& root, const std::string& key, const std::
     if (int32_t status = CreateForWrite(hive, key, opened); status != 0)
         return TraceWriteFailure(root, key, valueName, status);
     switch (letter) {
-        case 'S':
-            return SetAndClose(opened, root, key, valueName, pc::typeSz, StoredText(data));
-        case 'E':
-            return SetAndClose(opened, root, key, valueName, pc::typeExpandSz, StoredText(data));
+        case 'S': return SetAndClose(opened, root, key, valueName, pc::typeSz, StoredText(data));
+        case 'E': return SetAndClose(opened, root, key, valueName, pc::typeExpandSz, StoredText(data));
         case 'M':
-            return SetAndClose(opened, root, key, valueName, pc::typeMultiSz,
-                               AppendedList(root, key, valueName, data));
-        default:
-            return pc::CloseKey(opened);
+            return SetAndClose(opened, root, key, valueName, pc::typeMultiSz, AppendedList(root, key, valueName, data));
+        default: return pc::CloseKey(opened);
     }
 }
 

@@ -14,9 +14,7 @@ namespace {
 
 constexpr uint32_t toolTimeOut = 2000000000;  // milliseconds
 
-bool IsFinished(int32_t status) {
-    return status == 0 || status == pc::errorFileNotFound;
-}
+bool IsFinished(int32_t status) { return status == 0 || status == pc::errorFileNotFound; }
 
 void TraceDeleteStatus(int32_t status) {
     if (status == 0) {
@@ -59,8 +57,7 @@ void TakeOverByTool(const std::string& root, const std::string& key) {
     if (!DoesFileExist(GetAppPath() + "subinacl.exe")) return;
     std::string account = pc::Environment("computername") + "\\" + pc::Environment("username");
     std::string command = GetAppPath() + "subinacl.exe /subkeyreg \"" + longRoot + key + "\" ";
-    for (const std::string& tail :
-         {"/setowner=" + account, "/sgrant=" + account + "=F", "/grant=" + account + "=F"}) {
+    for (const std::string& tail : {"/setowner=" + account, "/sgrant=" + account + "=F", "/grant=" + account + "=F"}) {
         std::string failureMessage;
         ShellandWaitForTermination(command + tail, 0, failureMessage, toolTimeOut, false);
     }

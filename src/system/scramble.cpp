@@ -1,7 +1,7 @@
 #include "system/scramble.h"
 
-#include "system/base85.h"
 #include "platform/machine.h"
+#include "system/base85.h"
 
 namespace {
 

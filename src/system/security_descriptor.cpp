@@ -18,9 +18,7 @@ constexpr uint16_t daclProtected = 0x1000;
 constexpr uint16_t selfRelative = 0x8000;
 constexpr uint8_t inheritedEntry = 16;
 
-uint8_t Byte(const std::string& bytes, size_t at) {
-    return static_cast<uint8_t>(bytes[at]);
-}
+uint8_t Byte(const std::string& bytes, size_t at) { return static_cast<uint8_t>(bytes[at]); }
 
 uint32_t Number(const std::string& bytes, size_t at, size_t size) {
     uint32_t number = 0;
@@ -57,9 +55,7 @@ std::optional<std::vector<std::string>> OldEntries(const std::string& descriptor
     return entries;
 }
 
-bool IsInherited(const std::string& entry) {
-    return (Byte(entry, 1) & inheritedEntry) != 0;
-}
+bool IsInherited(const std::string& entry) { return (Byte(entry, 1) & inheritedEntry) != 0; }
 
 bool IsForOneOf(const std::string& entry, const std::vector<AccessEntry>& accounts) {
     return std::any_of(accounts.begin(), accounts.end(), [&](const AccessEntry& account) {

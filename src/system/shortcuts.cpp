@@ -8,9 +8,7 @@ void cShellLinkA::GetHotKeyInfo(uint8_t& key, uint8_t& modifier) const {
     modifier = static_cast<uint8_t>(hotKey >> 8);
 }
 
-uint16_t cShellLinkA::MakeHotKey(uint8_t modifier, uint8_t key) {
-    return static_cast<uint16_t>(modifier * 256 + key);
-}
+uint16_t cShellLinkA::MakeHotKey(uint8_t modifier, uint8_t key) { return static_cast<uint16_t>(modifier * 256 + key); }
 
 std::string cShellLinkA::GetSystemFolderPath(intptr_t, int folderIdentifier) {
     return pc::SpecialFolder(folderIdentifier);

@@ -37,9 +37,9 @@ void Append(std::string& text, uint32_t code) {
 struct CaseRun {
     uint32_t firstUpper, lastUpper, distance;
 };
-constexpr CaseRun caseRuns[] = {{'A', 'Z', 32},      {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x386, 0x386, 38},
-                                {0x388, 0x38A, 37},  {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32},
-                                {0x3A3, 0x3AB, 32},  {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
+constexpr CaseRun caseRuns[] = {{'A', 'Z', 32},     {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x386, 0x386, 38},
+                                {0x388, 0x38A, 37}, {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32},
+                                {0x3A3, 0x3AB, 32}, {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
 
 template <typename Map>
 std::string MapCase(std::string_view text, Map map) {

@@ -111,8 +111,7 @@ bool IsDrive64Bit(const std::string& drive) {
 
 void Disable64BitRedirect() {
     if (State().bRedirectIsOff) return;
-    redirectionSwitched =
-        State().bHandle64BitRedirect && IsDrive64Bit("") && pc::DisableRedirection(oldRedirectValue);
+    redirectionSwitched = State().bHandle64BitRedirect && IsDrive64Bit("") && pc::DisableRedirection(oldRedirectValue);
     State().bRedirectIsOff = true;
 }
 

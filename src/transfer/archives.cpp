@@ -59,9 +59,7 @@ bool UnzipFile(const std::string& zipPath, const std::string& folder, bool bQuie
     return done;
 }
 
-bool ZipFolder(const std::string& folder, const std::string& zipPath) {
-    return MakeZip(folder, zipPath, false, false);
-}
+bool ZipFolder(const std::string& folder, const std::string& zipPath) { return MakeZip(folder, zipPath, false, false); }
 
 bool ZipFolderRelative(const std::string& folder, const std::string& zipPath, bool bSubfolders) {
     return MakeZip(folder, zipPath, bSubfolders, true);

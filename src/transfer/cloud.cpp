@@ -76,7 +76,6 @@ void BuildTransferForm(Form& form) {
     form.onQueryUnload = [](bool fromUser) { return !fromUser; };
 }
 
-
 const ControlSpec controls[] = {
     {Kind::label, "Label1", "Please Wait...", {240, 240, 5040, 300}},
     {Kind::progress, "pb", "", {240, 660, 5040, 300}},
@@ -85,17 +84,16 @@ const ControlSpec controls[] = {
 
 }  // namespace
 
-const FormDefinition frmCloudDL = {"frmCloudDL",  "Looking for new settings", 5520, 1200, Border::fixed,
-                                   controls,      BuildTransferForm<FetchConfiguration>};
+const FormDefinition frmCloudDL = {"frmCloudDL", "Looking for new settings",           5520, 1200, Border::fixed,
+                                   controls,     BuildTransferForm<FetchConfiguration>};
 
-const FormDefinition frmCloudUL = {
-    "frmCloudUL", "Closing", 5520, 1200, Border::fixed, controls, [](Form& form) {
-        BuildTransferForm<SendUsage>(form);
-        form.onUnload = [&form] {
-            UnloadAllFormsBut(&form);
-            pc::EndProcess(0);
-        };
-    }};
+const FormDefinition frmCloudUL = {"frmCloudUL", "Closing", 5520, 1200, Border::fixed, controls, [](Form& form) {
+                                       BuildTransferForm<SendUsage>(form);
+                                       form.onUnload = [&form] {
+                                           UnloadAllFormsBut(&form);
+                                           pc::EndProcess(0);
+                                       };
+                                   }};
 
-const FormDefinition frmFTPUL = {"frmFTPUL",    "Sending the settings", 5520, 1200, Border::fixed,
-                                 controls,      BuildTransferForm<SendConfiguration>};
+const FormDefinition frmFTPUL = {
+    "frmFTPUL", "Sending the settings", 5520, 1200, Border::fixed, controls, BuildTransferForm<SendConfiguration>};

@@ -25,8 +25,8 @@ double DateOf(uint64_t fileTime) {
 }  // namespace
 
 void cDirList::Add(const pc::FtpItem& item) {
-    items.push_back({item.name, item.size, item.attributes, DateOf(item.created), DateOf(item.accessed),
-                     DateOf(item.modified)});
+    items.push_back(
+        {item.name, item.size, item.attributes, DateOf(item.created), DateOf(item.accessed), DateOf(item.modified)});
 }
 
 void cFTP::RecordError(uint32_t code, const std::string& name) {
@@ -75,9 +75,7 @@ bool cFTP::RemoveFTPDirectory(const std::string& name) {
     return Check(pc::FtpRemoveFolder(hConnection, name), "RemoveFTPDirectory");
 }
 
-bool cFTP::DeleteFTPFile(const std::string& name) {
-    return Check(pc::FtpDelete(hConnection, name), "DeleteFTPFile");
-}
+bool cFTP::DeleteFTPFile(const std::string& name) { return Check(pc::FtpDelete(hConnection, name), "DeleteFTPFile"); }
 
 bool cFTP::SetFTPDirectory(const std::string& name) {
     return Check(pc::FtpSetFolder(hConnection, name), "FtpSetCurrentDirectory");

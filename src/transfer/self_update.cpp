@@ -183,22 +183,22 @@ const ControlSpec controls[] = {
 
 }  // namespace
 
-const FormDefinition frmCompUpdateBeta = {
-    "frmCompUpdateBeta", "", 6600, 2055, Border::fixed, controls, [](Form& form) {
-        form.onLoad = [&form] {
-            SetFormIcon(form);
-            form.SetCaption(BrandName() + "  -  Support Control Panel");
-            form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
-            form.Find("Timer1")->SetInterval(100);
-            form.SetEnabled("Timer1", true);
-        };
-        form.Find("Timer1")->onTimer = [&form] {
-            form.SetEnabled("Timer1", false);
-            RunUpdate(form);
-        };
-        // Closing in the midst of the swap would leave the program without its files.
-        form.onQueryUnload = [](bool fromUser) { return !fromUser; };
-    }};
+const FormDefinition frmCompUpdateBeta = {"frmCompUpdateBeta", "", 6600, 2055, Border::fixed, controls, [](Form& form) {
+                                              form.onLoad = [&form] {
+                                                  SetFormIcon(form);
+                                                  form.SetCaption(BrandName() + "  -  Support Control Panel");
+                                                  form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
+                                                  form.Find("Timer1")->SetInterval(100);
+                                                  form.SetEnabled("Timer1", true);
+                                              };
+                                              form.Find("Timer1")->onTimer = [&form] {
+                                                  form.SetEnabled("Timer1", false);
+                                                  RunUpdate(form);
+                                              };
+                                              // Closing in the midst of the swap would leave the program without its
+                                              // files.
+                                              form.onQueryUnload = [](bool fromUser) { return !fromUser; };
+                                          }};
 
 void RecoverInterruptedUpdate() {
     bool waiting = false;

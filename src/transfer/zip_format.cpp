@@ -82,7 +82,11 @@ bool IsSafeComponent(std::string_view component) {
 bool IsUtf8(std::string_view bytes) {
     for (size_t i = 0; i < bytes.size(); ++i) {
         auto c = static_cast<unsigned char>(bytes[i]);
-        int more = c < 0x80 ? 0 : c >= 0xC2 && c < 0xE0 ? 1 : c >= 0xE0 && c < 0xF0 ? 2 : c >= 0xF0 && c < 0xF5 ? 3 : -1;
+        int more = c < 0x80                ? 0
+                   : c >= 0xC2 && c < 0xE0 ? 1
+                   : c >= 0xE0 && c < 0xF0 ? 2
+                   : c >= 0xF0 && c < 0xF5 ? 3
+                                           : -1;
         if (more < 0) return false;
         for (; more > 0; --more)
             if (++i >= bytes.size() || (static_cast<unsigned char>(bytes[i]) & 0xC0) != 0x80) return false;
@@ -146,7 +150,8 @@ void DosDateTime(uint64_t fileTime, uint16_t& date, uint16_t& time) {
 }
 
 std::string EntryName(const Entry& entry) {
-    // Unix tools (host 3) and Mac OS X (host 19) store UTF-8 without saying so; DOS and Windows tools the OEM code page.
+    // Unix tools (host 3) and Mac OS X (host 19) store UTF-8 without saying so; DOS and Windows tools the OEM code
+    // page.
     int host = entry.versionMadeBy >> 8;
     bool utf8 = (entry.flags & flagUtf8) != 0 || ((host == 3 || host == 19) && IsUtf8(entry.name));
     return ReplaceAll(utf8 ? entry.name : pc::FromOem(entry.name), "/", "\\");

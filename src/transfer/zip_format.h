@@ -25,7 +25,7 @@ struct Entry {
     uint64_t compressedSize = 0, size = 0;  // bytes; 64 bits by the extra field
     uint16_t internalAttributes = 32;       // the writer's mark; readers ignore it
     uint32_t externalAttributes = 0;
-    uint64_t offset = 0;                    // of the local header, from the start of the file
+    uint64_t offset = 0;  // of the local header, from the start of the file
     std::string name, comment;
 };
 

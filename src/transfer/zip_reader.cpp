@@ -83,10 +83,10 @@ bool ZipExtractionClass::FindEndRecord() {
             char record[zip::endSize];
             if (!ReadAt(position, record, sizeof record)) return false;
             std::string_view view(record, zip::endSize);
-            end = {zip::Get16(view, 4), zip::Get16(view, 6), zip::Get16(view, 10), zip::Get32(view, 12),
-                   zip::Get32(view, 16), ""};
-            auto commentSize = static_cast<size_t>(
-                std::min<uint64_t>(zip::Get16(view, 20), fileSize - position - zip::endSize));
+            end = {zip::Get16(view, 4),  zip::Get16(view, 6),  zip::Get16(view, 10),
+                   zip::Get32(view, 12), zip::Get32(view, 16), ""};
+            auto commentSize =
+                static_cast<size_t>(std::min<uint64_t>(zip::Get16(view, 20), fileSize - position - zip::endSize));
             end.comment.resize(commentSize);
             return ReadAt(position + zip::endSize, end.comment.data(), commentSize) && ReadEnd64(position);
         }
@@ -140,8 +140,7 @@ bool ZipExtractionClass::ClaimsAreSound(const std::vector<zip::Entry>& entries, 
     }
     std::sort(ranges.begin(), ranges.end());
     for (size_t i = 1; i < ranges.size(); ++i)
-        if (ranges[i].first < ranges[i - 1].second)
-            return Fail(zipDamaged, "Entries of " + zipPath + " overlap");
+        if (ranges[i].first < ranges[i - 1].second) return Fail(zipDamaged, "Entries of " + zipPath + " overlap");
     if (folder.empty()) return true;
     auto space = pc::GetDiskSpace(folder);
     if (space && total > space->available)
@@ -250,7 +249,8 @@ bool ZipExtractionClass::ReadCompressed(const zip::Entry& entry, size_t before, 
     auto size = static_cast<size_t>(entry.compressedSize);
     if (!buffer.Allocate(before + size + behind)) return Fail(zipTooLarge, "No memory for an entry of " + zipPath);
     std::fill_n(buffer.bytes.get() + before + size, behind, '\0');
-    return ReadAt(start, buffer.bytes.get() + before, size) || Fail(zipDamaged, "The file " + zipPath + " can't be read");
+    return ReadAt(start, buffer.bytes.get() + before, size) ||
+           Fail(zipDamaged, "The file " + zipPath + " can't be read");
 }
 
 // A file gets its name only once all bytes are on the disk: a full disk or a pulled plug leaves no half of it, and what
@@ -268,8 +268,8 @@ void ZipExtractionClass::Replace(const std::string& target, const std::string& s
         if (pc::MovePath(written, target, true)) return;
     }
     pc::RemoveFile(written);
-    Fail(whole ? zipTargetKept : zipWriteFailed, (whole ? "Can't remove the file " : "Can't write the file ") +
-                                                     (whole ? target : shownName));
+    Fail(whole ? zipTargetKept : zipWriteFailed,
+         (whole ? "Can't remove the file " : "Can't write the file ") + (whole ? target : shownName));
 }
 
 bool ZipExtractionClass::Test(std::vector<std::string>& names) {
@@ -282,8 +282,7 @@ bool ZipExtractionClass::Test(std::vector<std::string>& names) {
         if (entry.size < 1) continue;
         ZipBuffer data;
         if (!ReadData(entry, *path, data)) return false;
-        if (Checksum(data) != entry.crc)
-            return Fail(zipChecksum, "Data checksum error in " + *path);
+        if (Checksum(data) != entry.crc) return Fail(zipChecksum, "Data checksum error in " + *path);
         names.push_back(*path);
     }
     return true;

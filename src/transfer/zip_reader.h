@@ -23,11 +23,11 @@ enum ZipErrorCode : int32_t {
     zipTargetExists = 11,
     zipTargetKept = 12,
     zipNoFolder = 13,
-    zipUnsafeName = 20,     // the name would leave the target folder
-    zipDamaged = 21,        // the directory lies outside the file, entries overlap, a header is wrong
-    zipTooLarge = 22,       // claims more than its data can hold, or than the disk has free
-    zipThroughLink = 23,    // a folder on the way is a link
-    zipWriteFailed = 24,    // the file could not be written whole; what there was is kept
+    zipUnsafeName = 20,   // the name would leave the target folder
+    zipDamaged = 21,      // the directory lies outside the file, entries overlap, a header is wrong
+    zipTooLarge = 22,     // claims more than its data can hold, or than the disk has free
+    zipThroughLink = 23,  // a folder on the way is a link
+    zipWriteFailed = 24,  // the file could not be written whole; what there was is kept
     zipEncrypted = 25,
 };
 

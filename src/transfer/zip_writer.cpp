@@ -23,8 +23,8 @@ bool Deflate(const std::string& bytes, std::string& deflated) {
     auto size = std::max<uLongf>(compressBound(static_cast<uLong>(bytes.size())),
                                  static_cast<uLongf>(static_cast<double>(bytes.size()) * 1.01) + 12);
     auto stream = std::make_unique_for_overwrite<Bytef[]>(size);
-    if (compress(stream.get(), &size, reinterpret_cast<const Bytef*>(bytes.data()),
-                 static_cast<uLong>(bytes.size())) != Z_OK)
+    if (compress(stream.get(), &size, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uLong>(bytes.size())) !=
+        Z_OK)
         return false;
     deflated.assign(reinterpret_cast<char*>(stream.get()) + 2, size - 6);
     return true;

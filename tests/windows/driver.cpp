@@ -4,9 +4,9 @@
 // JSON for each: {"ok": RESULT} or {"error": "why"}. All text is UTF-8. Forms and controls are found by the window
 // property "ControlName" (a global atom); message boxes by their class. No command waits: the caller polls.
 
-#include <windows.h>
 #include <commctrl.h>
 #include <tlhelp32.h>
+#include <windows.h>
 
 #include <algorithm>
 #include <map>
@@ -34,7 +34,8 @@ std::string Utf8(const wchar_t* text) {
     return utf8;
 }
 
-// --- JSON ---------------------------------------------------------------------------------------------------------------
+// --- JSON
+// ---------------------------------------------------------------------------------------------------------------
 
 std::string Quoted(const std::string& text) {
     std::string out = "\"";
@@ -67,7 +68,8 @@ std::string Object(const Fields& parts) { return Joined(parts, "{", "}"); }
 std::string Ok(const std::string& json = "true") { return Object({Pair("ok", json)}); }
 std::string Failed(const std::string& why) { return Object({Pair("error", Quoted(why))}); }
 
-// --- Windows ------------------------------------------------------------------------------------------------------------
+// --- Windows
+// ------------------------------------------------------------------------------------------------------------
 
 LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     DWORD_PTR result = 0;
@@ -195,7 +197,8 @@ struct Remote {
     }
 };
 
-// --- Commands: fields after the command's name in, JSON out -----------------------------------------------------------------
+// --- Commands: fields after the command's name in, JSON out
+// -----------------------------------------------------------------
 
 std::string Forms(const Fields&) {
     Fields forms;
@@ -256,8 +259,8 @@ std::string Items(HWND window) {
         Ask(window, combo ? CB_GETLBTEXT : LB_GETTEXT, (WPARAM)i, (LPARAM)text.data());
         items.push_back(Quoted(Utf8(text.c_str())));
     }
-    return Ok(Object({Pair("items", List(items)),
-                      Pair("selected", Number((int)Ask(window, combo ? CB_GETCURSEL : LB_GETCURSEL)))}));
+    return Ok(Object(
+        {Pair("items", List(items)), Pair("selected", Number((int)Ask(window, combo ? CB_GETCURSEL : LB_GETCURSEL)))}));
 }
 
 void TellParent(HWND window, WORD notification) {
@@ -314,10 +317,10 @@ std::string Rows(HWND window) {
 }
 
 const std::map<std::string, WORD> keyCodes = {
-    {"Tab", VK_TAB},     {"Enter", VK_RETURN}, {"Escape", VK_ESCAPE}, {"Space", VK_SPACE}, {"Up", VK_UP},
-    {"Down", VK_DOWN},   {"Left", VK_LEFT},    {"Right", VK_RIGHT},   {"Home", VK_HOME},   {"End", VK_END},
-    {"Delete", VK_DELETE}, {"Back", VK_BACK},  {"Shift", VK_SHIFT},   {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},
-    {"PageUp", VK_PRIOR}, {"PageDown", VK_NEXT}, {"F1", VK_F1},       {"F4", VK_F4},       {"F5", VK_F5}};
+    {"Tab", VK_TAB},       {"Enter", VK_RETURN},  {"Escape", VK_ESCAPE}, {"Space", VK_SPACE},  {"Up", VK_UP},
+    {"Down", VK_DOWN},     {"Left", VK_LEFT},     {"Right", VK_RIGHT},   {"Home", VK_HOME},    {"End", VK_END},
+    {"Delete", VK_DELETE}, {"Back", VK_BACK},     {"Shift", VK_SHIFT},   {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},
+    {"PageUp", VK_PRIOR},  {"PageDown", VK_NEXT}, {"F1", VK_F1},         {"F4", VK_F4},        {"F5", VK_F5}};
 
 // Real key strokes into the form in front: "Tab", "Shift+Tab", "Alt+F".
 std::string Keys(HWND window, const std::string& combination) {
@@ -348,7 +351,8 @@ std::string Move(HWND window, const Fields& f) {
                                  std::atoi(f[4].c_str()), std::atoi(f[5].c_str()), SWP_NOZORDER | SWP_NOACTIVATE)));
 }
 
-// --- Processes -----------------------------------------------------------------------------------------------------------
+// --- Processes
+// -----------------------------------------------------------------------------------------------------------
 
 std::map<DWORD, HANDLE> started;  // kept open: the exit code is asked later
 
@@ -360,9 +364,9 @@ std::string Start(const Fields& f) {
     startup.cb = sizeof startup;
     // Never our own output: what the programs and theirs print would stand between the answers.
     SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-    HANDLE file = CreateFileW(output.empty() ? L"NUL" : output.c_str(), GENERIC_WRITE,
-                              FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, output.empty() ? OPEN_EXISTING : CREATE_ALWAYS,
-                              0, nullptr);
+    HANDLE file =
+        CreateFileW(output.empty() ? L"NUL" : output.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    &inherit, output.empty() ? OPEN_EXISTING : CREATE_ALWAYS, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return Failed("output file: error " + Number(GetLastError()));
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = startup.hStdError = file;
@@ -400,17 +404,20 @@ std::string Processes(const Fields&) {
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry)) {
-        list.push_back(Object({Pair("pid", Number(entry.th32ProcessID)), Pair("parent", Number(entry.th32ParentProcessID)),
-                               Pair("name", Quoted(Utf8(entry.szExeFile)))}));
+        list.push_back(
+            Object({Pair("pid", Number(entry.th32ProcessID)), Pair("parent", Number(entry.th32ParentProcessID)),
+                    Pair("name", Quoted(Utf8(entry.szExeFile)))}));
     }
     CloseHandle(snapshot);
     return Ok(List(list));
 }
 
-// --- Tables of commands --------------------------------------------------------------------------------------------------
+// --- Tables of commands
+// --------------------------------------------------------------------------------------------------
 
 const std::map<std::string, std::string (*)(const Fields&)> plainCommands = {
-    {"forms", Forms}, {"boxes", Boxes}, {"start", Start}, {"exitcode", ExitCode}, {"kill", Kill}, {"processes", Processes}};
+    {"forms", Forms},       {"boxes", Boxes}, {"start", Start},
+    {"exitcode", ExitCode}, {"kill", Kill},   {"processes", Processes}};
 
 // These take a form ("@handle" for a window without a name) and a control (may be empty) as their first fields.
 const std::map<std::string, std::string (*)(HWND, const Fields&)> windowCommands = {
@@ -420,7 +427,8 @@ const std::map<std::string, std::string (*)(HWND, const Fields&)> windowCommands
     {"settext", [](HWND w, const Fields& f) { return SetText(w, f.size() > 2 ? f[2] : ""); }},
     {"click", [](HWND w, const Fields&) { return Click(w); }},
     {"items", [](HWND w, const Fields&) { return Items(w); }},
-    {"select", [](HWND w, const Fields& f) { return f.size() > 2 ? Select(w, std::atoi(f[2].c_str())) : Failed("index"); }},
+    {"select",
+     [](HWND w, const Fields& f) { return f.size() > 2 ? Select(w, std::atoi(f[2].c_str())) : Failed("index"); }},
     {"rows", [](HWND w, const Fields&) { return Rows(w); }},
     {"checkrow",
      [](HWND w, const Fields& f) {

@@ -1,5 +1,6 @@
-// CreateSRP.exe: makes one system restore point; its command line is the name. A program of its own, because it asks for
-// administrator rights and the panel does not. Plain calls without the C++ library, since the panel carries it inside.
+// CreateSRP.exe: makes one system restore point; its command line is the name. A program of its own, because it asks
+// for administrator rights and the panel does not. Plain calls without the C++ library, since the panel carries it
+// inside.
 #include <windows.h>
 // behind windows.h
 #include <wbemidl.h>

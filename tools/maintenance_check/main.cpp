@@ -29,25 +29,25 @@ std::string DaysText() {
     return "The last maintenance of your PC was " + NumberText(*days) + " days ago.";
 }
 
-const FormDefinition frmReminder = {
-    "frmReminder", "", 7500, 3180, Border::fixed, controls, [](Form& form) {
-        form.onLoad = [&form] {
-            SetFormIcon(form);
-            form.SetCaption(BrandName());
-            form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
-            form.SetText("lblDays", DaysText());
-        };
-        form.OnClick("cmdRun", [&form] {
-            ShellX(PanelProgram(), "/maintenance", false, 1);
-            UnloadForm(form);
-        });
-        form.OnClick("cmdLater", [&form] { UnloadForm(form); });
-        // The entry stands in the machine's part of the registry, so the panel asks for the rights to remove it.
-        form.OnClick("cmdStop", [&form] {
-            pc::ShellOpen(PanelProgram(), "runas", "/disablemaintenance", 1);
-            UnloadForm(form);
-        });
-    }};
+const FormDefinition frmReminder = {"frmReminder", "", 7500, 3180, Border::fixed, controls, [](Form& form) {
+                                        form.onLoad = [&form] {
+                                            SetFormIcon(form);
+                                            form.SetCaption(BrandName());
+                                            form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
+                                            form.SetText("lblDays", DaysText());
+                                        };
+                                        form.OnClick("cmdRun", [&form] {
+                                            ShellX(PanelProgram(), "/maintenance", false, 1);
+                                            UnloadForm(form);
+                                        });
+                                        form.OnClick("cmdLater", [&form] { UnloadForm(form); });
+                                        // The entry stands in the machine's part of the registry, so the panel asks for
+                                        // the rights to remove it.
+                                        form.OnClick("cmdStop", [&form] {
+                                            pc::ShellOpen(PanelProgram(), "runas", "/disablemaintenance", 1);
+                                            UnloadForm(form);
+                                        });
+                                    }};
 
 }  // namespace
 

@@ -14,14 +14,25 @@ namespace {
 
 const ControlSpec controls[] = {
     {Kind::label, "lblTitle", "Restart in Safe Mode", {360, 300, 6480, 480}, "", heading},
-    {Kind::label, "lblWhat",
-     "Your PC will restart now, in safe mode with network.  Windows looks plainer there, and only what it needs to run is "
+    {Kind::label,
+     "lblWhat",
+     "Your PC will restart now, in safe mode with network.  Windows looks plainer there, and only what it needs to run "
+     "is "
      "loaded, so that your technician can repair it.",
-     {360, 960, 6480, 780}, "", wrap},
-    {Kind::label, "lblBack",
+     {360, 960, 6480, 780},
+     "",
+     wrap},
+    {Kind::label,
+     "lblBack",
      "Nothing needs to be set back:  the start after that is a normal one again.",
-     {360, 1800, 6480, 540}, "", wrap},
-    {Kind::label, "lblSave", "Please save your work and close your programs first.", {360, 2400, 6480, 300}, "",
+     {360, 1800, 6480, 540},
+     "",
+     wrap},
+    {Kind::label,
+     "lblSave",
+     "Please save your work and close your programs first.",
+     {360, 2400, 6480, 300},
+     "",
      bold | wrap},
     {Kind::button, "cmdRestart", "&Restart Now", {3120, 3000, 1800, 480}},
     {Kind::button, "cmdCancel", "Cancel", {5040, 3000, 1800, 480}, "", cancelButton | defaultButton},
@@ -36,16 +47,15 @@ void Restart(Form& form) {
     UnloadForm(form);
 }
 
-const FormDefinition frmSafeMode = {
-    "frmSafeMode", "", 7200, 3840, Border::fixed, controls, [](Form& form) {
-        form.onLoad = [&form] {
-            SetFormIcon(form);
-            form.SetCaption(BrandName() + "  -  Safe Mode");
-            form.Find("cmdCancel")->SetFocus();
-        };
-        form.OnClick("cmdRestart", [&form] { Restart(form); });
-        form.OnClick("cmdCancel", [&form] { UnloadForm(form); });
-    }};
+const FormDefinition frmSafeMode = {"frmSafeMode", "", 7200, 3840, Border::fixed, controls, [](Form& form) {
+                                        form.onLoad = [&form] {
+                                            SetFormIcon(form);
+                                            form.SetCaption(BrandName() + "  -  Safe Mode");
+                                            form.Find("cmdCancel")->SetFocus();
+                                        };
+                                        form.OnClick("cmdRestart", [&form] { Restart(form); });
+                                        form.OnClick("cmdCancel", [&form] { UnloadForm(form); });
+                                    }};
 
 }  // namespace
 

@@ -1,6 +1,6 @@
-// SendMail.exe: hands one message to an SMTP server over STARTTLS, implicit TLS or, where the account says so, in clear.
-// A program of its own, because the TLS of today's mail servers needs calls that the oldest systems lack, and there the
-// panel must start all the same.
+// SendMail.exe: hands one message to an SMTP server over STARTTLS, implicit TLS or, where the account says so, in
+// clear. A program of its own, because the TLS of today's mail servers needs calls that the oldest systems lack, and
+// there the panel must start all the same.
 //
 // The request comes on standard input as pairs of name and value, each closed by a NUL. On failure the reason goes to
 // standard output and the exit code is not 0.
@@ -36,9 +36,10 @@ Request ReadRequest() {
     char block[4096];
     for (size_t count; (count = fread(block, 1, sizeof block, stdin)) > 0;) input.append(block, count);
     Request request;
-    const std::pair<const char*, std::string*> texts[] = {
-        {"server", &request.server}, {"port", &request.port}, {"user", &request.user},
-        {"password", &request.password}, {"from", &request.from}, {"subject", &request.subject}, {"text", &request.text}};
+    const std::pair<const char*, std::string*> texts[] = {{"server", &request.server}, {"port", &request.port},
+                                                          {"user", &request.user},     {"password", &request.password},
+                                                          {"from", &request.from},     {"subject", &request.subject},
+                                                          {"text", &request.text}};
     for (size_t at = 0; at < input.size();) {
         std::string name = input.c_str() + at;
         at += name.size() + 1;

@@ -14,8 +14,7 @@ std::string Base64(const std::string& bytes) {
         uint32_t group = 0;
         for (size_t k = 0; k < 3; ++k)
             group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
-        for (size_t k = 0; k < 4; ++k)
-            text += i + k <= bytes.size() ? digits[group >> (18 - 6 * k) & 63] : '=';
+        for (size_t k = 0; k < 4; ++k) text += i + k <= bytes.size() ? digits[group >> (18 - 6 * k) & 63] : '=';
     }
     return text;
 }
@@ -30,8 +29,8 @@ std::string DateHeader() {
     constexpr const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     pc::ClockTime now = pc::LocalNow();
-    return std::string("Date: ") + days[now.dayOfWeek] + ", " + NumberText(now.day) + " " + months[now.month - 1] + " " +
-           NumberText(now.year) + " " + Two(now.hour) + ":" + Two(now.minute) + ":" + Two(now.second) + " -0000";
+    return std::string("Date: ") + days[now.dayOfWeek] + ", " + NumberText(now.day) + " " + months[now.month - 1] +
+           " " + NumberText(now.year) + " " + Two(now.hour) + ":" + Two(now.minute) + ":" + Two(now.second) + " -0000";
 }
 
 std::string MessageId() {

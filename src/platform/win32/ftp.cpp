@@ -27,9 +27,7 @@ bool Keep(HINTERNET made, InternetHandle& handle) {
     return made != nullptr;
 }
 
-uint64_t Join(const FILETIME& time) {
-    return static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-}
+uint64_t Join(const FILETIME& time) { return static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime; }
 
 }  // namespace
 
@@ -51,8 +49,8 @@ uint32_t FtpError() { return lastError; }
 
 std::string FtpErrorText(uint32_t code) {
     wchar_t text[257] = L"";
-    FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_IGNORE_INSERTS, GetModuleHandleW(L"wininet.dll"), code, 0,
-                   text, 256, nullptr);
+    FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_IGNORE_INSERTS, GetModuleHandleW(L"wininet.dll"), code,
+                   0, text, 256, nullptr);
     return Utf8(text);
 }
 
@@ -157,7 +155,7 @@ uint32_t FtpList(const InternetHandle& connection, const std::string& pattern,
         return lastError;
     }
     do {
-        FtpItem item = {Utf8(data.cFileName),      data.nFileSizeLow,          data.dwFileAttributes,
+        FtpItem item = {Utf8(data.cFileName),      data.nFileSizeLow,           data.dwFileAttributes,
                         Join(data.ftCreationTime), Join(data.ftLastAccessTime), Join(data.ftLastWriteTime)};
         if (!each(item)) return lastError = errorNoMoreFiles;
     } while (InternetFindNextFileW(Native(find), &data));
