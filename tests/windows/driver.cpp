@@ -4,9 +4,10 @@
 // JSON for each: {"ok": RESULT} or {"error": "why"}. All text is UTF-8. Forms and controls are found by the window
 // property "ControlName" (a global atom); message boxes by their class. No command waits: the caller polls.
 
+#include <windows.h>
+// behind windows.h
 #include <commctrl.h>
 #include <tlhelp32.h>
-#include <windows.h>
 
 #include <algorithm>
 #include <map>
@@ -34,8 +35,7 @@ std::string Utf8(const wchar_t* text) {
     return utf8;
 }
 
-// --- JSON
-// ---------------------------------------------------------------------------------------------------------------
+// --- JSON -----------------------------------------------------------------------------------------------------------
 
 std::string Quoted(const std::string& text) {
     std::string out = "\"";
@@ -68,8 +68,7 @@ std::string Object(const Fields& parts) { return Joined(parts, "{", "}"); }
 std::string Ok(const std::string& json = "true") { return Object({Pair("ok", json)}); }
 std::string Failed(const std::string& why) { return Object({Pair("error", Quoted(why))}); }
 
-// --- Windows
-// ------------------------------------------------------------------------------------------------------------
+// --- Windows --------------------------------------------------------------------------------------------------------
 
 LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     DWORD_PTR result = 0;
@@ -197,8 +196,7 @@ struct Remote {
     }
 };
 
-// --- Commands: fields after the command's name in, JSON out
-// -----------------------------------------------------------------
+// --- Commands: fields after the command's name in, JSON out ---------------------------------------------------------
 
 std::string Forms(const Fields&) {
     Fields forms;
@@ -351,8 +349,7 @@ std::string Move(HWND window, const Fields& f) {
                                  std::atoi(f[4].c_str()), std::atoi(f[5].c_str()), SWP_NOZORDER | SWP_NOACTIVATE)));
 }
 
-// --- Processes
-// -----------------------------------------------------------------------------------------------------------
+// --- Processes ------------------------------------------------------------------------------------------------------
 
 std::map<DWORD, HANDLE> started;  // kept open: the exit code is asked later
 
@@ -412,8 +409,7 @@ std::string Processes(const Fields&) {
     return Ok(List(list));
 }
 
-// --- Tables of commands
-// --------------------------------------------------------------------------------------------------
+// --- Tables of commands ---------------------------------------------------------------------------------------------
 
 const std::map<std::string, std::string (*)(const Fields&)> plainCommands = {
     {"forms", Forms},       {"boxes", Boxes}, {"start", Start},
