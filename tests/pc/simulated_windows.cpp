@@ -84,7 +84,8 @@ constexpr const char* shellFolders =
 constexpr const char* oldNames =
     "C:\\Documents and Settings=C:\\Users|{userprofile}\\Application Data={appdata}|{userprofile}\\My Documents={DOCS}|"
     "{userprofile}\\Local Settings={localappdata}|{localappdata}\\Application Data={localappdata}|"
-    "{userprofile}\\Start Menu={MENU}";
+    "{userprofile}\\Start Menu={MENU}|{userprofile}\\Cookies={COOKIES}|C:\\Users\\Default User=C:\\Users\\Default|"
+    "C:\\Users\\All Users=C:\\ProgramData";
 
 using Names = std::map<std::string, std::string>;
 
@@ -125,6 +126,9 @@ void AddEnvironmentAndFolders(SimulatedPc& pc) {
                                     std::string("C:\\Windows\\System32\\drivers\\etc"), std::string("C:\\Panel"),
                                     std::string("C:\\Program Files\\Common Files")})
         pc.AddFolder(path);
+    for (const std::string profile : {"Default User", "LocalService", "NetworkService"})
+        if (!vista) pc.AddFolder("C:\\Documents and Settings\\" + profile);
+    if (vista) pc.AddFolder("C:\\Users\\Default");
     if (vista)
         ForEachEntry(oldNames, names, [&](const std::string& path, const std::string& target) {
             pc.AddJunction(path, target);
