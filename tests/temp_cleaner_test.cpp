@@ -68,11 +68,16 @@ const Place xpPlaces[] = {
     {"C:\\Documents and Settings\\LocalService\\Local Settings\\Temp\\a.tmp", "always"},
     {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Microsoft\\CD Burning\\b.iso", "always"},
     {"C:\\Documents and Settings\\Ann\\Local Settings\\Temporary Internet Files\\Content.IE5\\Q\\p.gif", "I"},
-    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Google\\Chrome\\User Data\\Default\\Cache\\f_1", "I"},
-    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Mozilla\\Firefox\\Profiles\\q.default\\Cache\\c", "I"},
+    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Google\\Chrome\\User "
+     "Data\\Default\\Cache\\f_1",
+     "I"},
+    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application "
+     "Data\\Mozilla\\Firefox\\Profiles\\q.default\\Cache\\c",
+     "I"},
     {"C:\\Documents and Settings\\Ann\\Cookies\\ann@site.txt", "C"},
     {"C:\\Documents and Settings\\Ann\\Application Data\\Mozilla\\Firefox\\Profiles\\q.default\\cookies.sqlite", "C"},
-    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Google\\Chrome\\User Data\\Default\\Cookies", "C"},
+    {"C:\\Documents and Settings\\Ann\\Local Settings\\Application Data\\Google\\Chrome\\User Data\\Default\\Cookies",
+     "C"},
     {"C:\\Documents and Settings\\Ann\\Local Settings\\History\\index.dat", "H"},
     {"C:\\Documents and Settings\\Ann\\Application Data\\Mozilla\\Firefox\\Profiles\\q.default\\search.sqlite", "H"},
     {"C:\\Documents and Settings\\Ann\\My Documents\\Cookies\\recipe.doc", "never"},
@@ -110,7 +115,9 @@ protected:
     }
 
     // The temp file of a user of Windows 7.
-    static std::string TempFileOf(const std::string& user) { return "C:\\Users\\" + user + "\\AppData\\Local\\Temp\\a.tmp"; }
+    static std::string TempFileOf(const std::string& user) {
+        return "C:\\Users\\" + user + "\\AppData\\Local\\Temp\\a.tmp";
+    }
 };
 
 TEST_F(CleanerTest, EachFlagRemovesItsOwnPlacesAndNoOther) {
@@ -135,8 +142,8 @@ TEST_F(CleanerTest, CdBurningIsBackEmptyOnXpOnly) {
 }
 
 TEST_F(CleanerTest, SharedProfilesAreNotRealInAnySpelling) {
-    for (const char* name : {"", "C:\\Users\\Public", "c:\\users\\PUBLIC", "C:\\Users\\Default", "C:\\Users\\dEFAULT uSER",
-                             "D:\\Documents and Settings\\All Users"})
+    for (const char* name : {"", "C:\\Users\\Public", "c:\\users\\PUBLIC", "C:\\Users\\Default",
+                             "C:\\Users\\dEFAULT uSER", "D:\\Documents and Settings\\All Users"})
         EXPECT_FALSE(IsRealUserProfile(name)) << name;
     for (const char* name : {"C:\\Users\\Ann", "C:\\Users\\Publican", "C:\\Users\\Default.old", "C:\\Users\\x"})
         EXPECT_TRUE(IsRealUserProfile(name)) << name;
@@ -158,7 +165,8 @@ TEST_F(CleanerTest, StaysAwayFromWhatALinkOnTheWayLeadsTo) {
     const auto before = Pc().Tree("C:\\Data");
     CleanTempFiles(everything);
     EXPECT_LINES(Pc().Tree("C:\\Data"), before);
-    for (const char* link : {"C:\\Users\\Middle\\AppData\\Local", "C:\\Users\\Last\\AppData\\Local\\Temp", "C:\\Users\\Elsewhere"})
+    for (const char* link :
+         {"C:\\Users\\Middle\\AppData\\Local", "C:\\Users\\Last\\AppData\\Local\\Temp", "C:\\Users\\Elsewhere"})
         EXPECT_TRUE(Pc().Exists(link)) << link;
     EXPECT_TRUE(Pc().Traced("    LINK PASSED OVER:  C:\\Users\\Last\\AppData\\Local\\Temp"));
 }
@@ -197,8 +205,9 @@ TEST_F(CleanerTest, LeavesWhatALinkInsideTheTempFolderPointsTo) {
 }
 
 TEST_F(CleanerTest, CleansProfilesOfAnyNameAndNoNeighbour) {
-    const std::string names[] = {"Ann Lee",       "100% Ann",  "%windir%", "a;b",  ";",      "a;b;", "Łukasz Żółć",
-                                 "Παπαδοπούλου",  "山田 太郎", "مستخدم",   "'x'&y", "[x]{y}", ".ann", std::string(200, 'n')};
+    const std::string names[] = {"Ann Lee",     "100% Ann",           "%windir%",  "a;b",    ";",     "a;b;",
+                                 "Łukasz Żółć", "Παπαδοπούλου",       "山田 太郎", "مستخدم", "'x'&y", "[x]{y}",
+                                 ".ann",        std::string(200, 'n')};
     for (const std::string& name : names) Pc().AddFile(TempFileOf(name));
     // What a wrong cut or expansion of the names above would hit.
     Pc().AddFile(TempFileOf("public"));
@@ -216,8 +225,8 @@ TEST_F(CleanerTest, NamesThatStandForAnotherFolderAreRefused) {
         EXPECT_FALSE(IsPlainName(name)) << name;
     Pc().AddFolder("C:\\Users\\Ann");
     EXPECT_TRUE(IsProfileFolder("c:\\users\\Ann", "C:\\Users"));
-    for (const char* path : {"C:\\Users", "C:\\Users\\", "C:\\Users\\..", "C:\\Users\\Ann\\..", "C:\\Users\\Ann\\AppData",
-                             "C:\\Windows", "C:\\UsersAnn", "Ann", "C:\\Users\\Nobody"})
+    for (const char* path : {"C:\\Users", "C:\\Users\\", "C:\\Users\\..", "C:\\Users\\Ann\\..",
+                             "C:\\Users\\Ann\\AppData", "C:\\Windows", "C:\\UsersAnn", "Ann", "C:\\Users\\Nobody"})
         EXPECT_FALSE(IsProfileFolder(path, "C:\\Users")) << path;
     EXPECT_FALSE(IsOwnPath("C:\\Users\\Ann", "\\..\\..\\Windows"));
     EXPECT_FALSE(IsOwnPath("", "\\Windows"));
@@ -231,7 +240,8 @@ TEST_F(CleanerTest, ListsTheFoldersThatStayedButNotThoseOfTheServices) {
     SimulatedPc::UseWindows(Windows::xp);
     const std::string base = "C:\\Documents and Settings\\";
     for (const std::string user : {"Ann", "LocalService", "NetworkService"}) {
-        for (const std::string tail : {"\\local settings\\temp", "\\local settings\\temporary internet files", "\\cookies"}) {
+        for (const std::string tail :
+             {"\\local settings\\temp", "\\local settings\\temporary internet files", "\\cookies"}) {
             Pc().AddFile(base + user + tail + "\\held.dat");
             Pc().Lock(base + user + tail + "\\held.dat");
         }
@@ -251,8 +261,8 @@ TEST_F(CleanerTest, EmptiesTheUpdateStoreBetweenStoppedServices) {
     CleanerStatus status;
     std::vector<std::string> seen;
     Pc().Program("net ", {.effect = [&](SimulatedPc&) {
-        seen.push_back(TextOn("frmStatusWin", "lblStatus") + "|" + TextOn("frmStatusWin", "lblStatus2"));
-    }});
+                     seen.push_back(TextOn("frmStatusWin", "lblStatus") + "|" + TextOn("frmStatusWin", "lblStatus2"));
+                 }});
     status.second = "(Windows Update)";
     ClearWindowsUpdateCache(status);
     EXPECT_JOURNAL({"run hidden cmd /c net stop wuauserv /y", "run hidden cmd /c net stop bits /y",
@@ -288,7 +298,8 @@ TEST_F(CleanerTest, TellsStageAndProfileAndTracesStartAndEnd) {
 
 TEST_F(CleanerTest, AnySingleFailureHarmsNothingAndTheRunGoesOn) {
     const std::string chrome = "C:\\Users\\Ann\\AppData\\Local\\Google\\Chrome\\User Data\\Default\\";
-    const std::string removed[] = {TempFileOf("Ann"), chrome + "Cache\\f_0001", chrome + "Cookies", chrome + "History",
+    const std::string removed[] = {TempFileOf("Ann"),          chrome + "Cache\\f_0001",
+                                   chrome + "Cookies",         chrome + "History",
                                    "C:\\Windows\\Temp\\w.tmp", "C:\\Windows\\SoftwareDistribution\\Download\\u.cab"};
     const std::string kept[] = {"C:\\Users\\Ann\\Documents\\a.doc", chrome + "Bookmarks", TempFileOf("Default"),
                                 "C:\\Windows\\SoftwareDistribution\\DataStore\\d.edb"};
@@ -302,7 +313,8 @@ TEST_F(CleanerTest, AnySingleFailureHarmsNothingAndTheRunGoesOn) {
         Pc().FailCall(n);
         CleanTempFiles(everything);
         for (const std::string& file : kept) EXPECT_TRUE(Pc().Exists(file)) << file;
-        const auto left = std::count_if(std::begin(removed), std::end(removed), [](auto& file) { return Pc().Exists(file); });
+        const auto left =
+            std::count_if(std::begin(removed), std::end(removed), [](auto& file) { return Pc().Exists(file); });
         // A lost listing of the profiles, or of a browser's users, costs what stands below it.
         EXPECT_LE(left, 4);
         EXPECT_TRUE(Pc().Traced("Completed temp file deletion on"));

@@ -201,7 +201,6 @@ private:
             case StoreItem::folder: Remove(profile, tail + item.tail); break;
             case StoreItem::file: RemoveFile(profile, tail + item.tail); break;
             case StoreItem::pattern:
-                if (!IsOwnPath(profile, tail)) break;
                 std::vector<std::string> found;
                 FindFiles(profile + tail, item.tail, found, false);
                 for (const std::string& file : found) RemoveFile(profile, file.substr(profile.size()));
