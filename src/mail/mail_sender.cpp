@@ -30,7 +30,7 @@ bool CanAttach(const std::string& path) {
 
 // A line end in a header would begin a header of somebody else's making.
 std::string OneLine(const std::string& text) {
-    return Trim(ReplaceAll(ReplaceAll(ReplaceAll(text, "\r\n", " "), "\r", " "), "\n", " "));
+    return ReplaceAll(ReplaceAll(ReplaceAll(text, "\r\n", " "), "\r", " "), "\n", " ");
 }
 
 std::vector<std::string> AttachmentPaths(const std::string& attachment) {

@@ -12,8 +12,8 @@ namespace {
 std::string Companion() {
     for (const std::string& folder : {GetAppPath(), pc::TempFolder()}) {
         std::string path = folder + "SendMail.exe";
-        ExtractResource("sendmail", path);
-        if (DoesFileExist(path)) return path;
+        // It is handed the password, so it must be ours.
+        if (RefreshResource("sendmail", path)) return path;
     }
     return "";
 }
@@ -43,6 +43,7 @@ bool SendBySmtp(const SmtpMail& mail, std::string& error) {
     Add(request, "subject", mail.subject);
     Add(request, "text", mail.text);
     for (const std::string& path : mail.attachments) Add(request, "attach", path);
+    Add(request, "end", "1");
     uint32_t exitCode = 1;
     if (!pc::RunWithInput("\"" + program + "\"", request, error, exitCode)) error = "SendMail.exe did not start";
     return exitCode == 0;

@@ -30,3 +30,11 @@ bool ExtractResource(const std::string& name, const std::string& path) {
     pc::RemoveFile(path);
     return false;
 }
+
+bool RefreshResource(const std::string& name, const std::string& path) {
+    auto carried = pc::LoadProgramResource("CUSTOM", name);
+    if (!carried) return false;
+    std::string bytes = Inflated(std::move(*carried));
+    auto present = pc::ReadWholeFile(path);
+    return (present && *present == bytes) || pc::WriteWholeFile(path, bytes);
+}

@@ -28,6 +28,7 @@ struct Request {
     std::string server, port, user, password, from, subject, text;
     std::vector<std::string> to, attachments;
     bool authenticate = false, useTls = false;
+    bool whole = false;  // the request came to its end
 };
 
 Request ReadRequest() {
@@ -51,6 +52,7 @@ Request ReadRequest() {
         if (name == "attach") request.attachments.push_back(value);
         if (name == "authenticate") request.authenticate = value == "1";
         if (name == "tls") request.useTls = value == "1";
+        if (name == "end") request.whole = value == "1";
     }
     return request;
 }
@@ -102,6 +104,7 @@ void SetOptions(CURL* curl, const Request& request) {
 }
 
 std::string Send(const Request& request) {
+    if (!request.whole) return "the request was cut";
     std::unique_ptr<CURL, void (*)(CURL*)> curl(curl_easy_init(), curl_easy_cleanup);
     std::vector<OpenFile> files;
     std::unique_ptr<curl_mime, void (*)(curl_mime*)> mime(curl_mime_init(curl.get()), curl_mime_free);
