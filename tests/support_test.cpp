@@ -86,7 +86,7 @@ TEST_F(SupportTest, RemoteSupportStartsWhatTheModeSays) {
          {{"Branding", "ShowPreRemoteURL", "1"},
           {"Branding", "PreRemoteURL", "page.htm"},
           {"Branding", "UseIBForPreSupportURL", "0"},
-          {"Branding", "PreRemoteKillProc", "quick.exe,,"},
+          {"Branding", "PreRemoteKillProc", ",  ,Brevanta.exe, quick.exe,quick.exe,,"},
           {"Branding", "TeamviewerOverride", "1"},
           {"Branding", "RemoteUseMSRA", "1"}},
          "",
@@ -140,6 +140,8 @@ TEST_F(SupportTest, DownloadsRunTheNewestProgramOfTheArchiveAndHarmNothing) {
         {"brevanta.exe", "", {}, {}},
         {".\\Brevanta.exe", "", {}, {}},
         {"Brevanta.exe.", "", {}, {}},
+        {"a\"b.exe", "", {}, {}},
+        {"t.zip", "a\".exe", {{"a.exe", "1"}}, {}},
         {"Brevanta.INI", "", {}, {}},
     };
     for (const auto& c : cases) {
@@ -171,6 +173,25 @@ TEST_F(SupportTest, OfTwoProgramsTheOneUnpackedLaterRuns) {
         DownloadAndRunSupportApp(url, "");
         EXPECT_LINES(Started(), {"run C:\\Panel\\RemoteDL\\" + later});
     }
+}
+
+TEST_F(SupportTest, AClickDuringADownloadNeitherWaitsForItNorHarmsIt) {
+    Fresh({{"Branding", "RemoteSupportDLName", "t.exe"},
+           {"CustomButton1", "Type", "Download"},
+           {"CustomButton1", "ButtonAction", "http://b.example/"},
+           {"CustomButton1", "DownloadName", "u.exe"}});
+    Net().web[url].bytes = std::string(100000, 'x');
+    Pc().AddFile("C:\\Panel\\CustomDL\\kept.exe");
+    Net().atProgress = [](size_t) {
+        Net().atProgress = nullptr;
+        DownloadAndRunSupportApp(url, "");
+        RunCustomButton(1);
+    };
+    DownloadAndRunSupportApp(url, "/P");
+    EXPECT_LINES(Pc().Journal("fetch"), {std::string("fetch ") + url});
+    EXPECT_LINES(Started(), {"run C:\\Panel\\t.exe /P"});
+    EXPECT_TRUE(Pc().Exists("C:\\Panel\\CustomDL\\kept.exe"));
+    EXPECT_LINES(Counted(), {"CustomButton1=1"});
 }
 
 TEST_F(SupportTest, CustomButtonsDoWhatTheirTypeSays) {

@@ -111,6 +111,7 @@ void SaveAndTestApp(Form& form) {
 }
 
 void TestAppDownload(const std::string& url, const std::string& fileName) {
+    if (IsDownloading()) return;
     std::string file = ToolsFolder() + "\\" + fileName;
     std::string folder = file.substr(0, file.size() - 4);
     if (!zip::SafePath(fileName) || fileName.size() <= 4) {

@@ -127,15 +127,15 @@ void SendRequest(Form& form) {
 }
 
 const ControlSpec mailControls[] = {
-    {Kind::label, "lblName", "Your Name:", {300, 300, 2400, 300}},
+    {Kind::label, "lblName", "Your &Name:", {300, 300, 2400, 300}},
     {Kind::textBox, "txtName", "", {2760, 240, 5040, 360}},
-    {Kind::label, "lblEmail", "Your Email Address:", {300, 780, 2400, 300}},
+    {Kind::label, "lblEmail", "Your &Email Address:", {300, 780, 2400, 300}},
     {Kind::textBox, "txtEmail", "", {2760, 720, 5040, 360}},
-    {Kind::label, "lblPhone", "Your Phone Number:", {300, 1260, 2400, 300}},
+    {Kind::label, "lblPhone", "Your P&hone Number:", {300, 1260, 2400, 300}},
     {Kind::textBox, "txtPhone", "", {2760, 1200, 5040, 360}},
-    {Kind::label, "lblSubject", "Email Subject:", {300, 1740, 2400, 300}},
+    {Kind::label, "lblSubject", "Email Sub&ject:", {300, 1740, 2400, 300}},
     {Kind::textBox, "txtSubject", "Support Request", {2760, 1680, 5040, 360}},
-    {Kind::label, "lblBody", "Email Body:  (Please describe your issue here.)", {300, 2280, 7500, 300}},
+    {Kind::label, "lblBody", "Email &Body:  (Please describe your issue here.)", {300, 2280, 7500, 300}},
     {Kind::textBox, "txtBody", "", {300, 2640, 7500, 2280}, "", multiLine},
     {Kind::picture, "picAttachments", "", {300, 5100, 5460, 1080}},
     {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 5400, 300}, "picAttachments", bold},

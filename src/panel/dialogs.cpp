@@ -79,17 +79,17 @@ const ControlSpec clientIdControls[] = {
      "Label2",
      "This information is stored in the registry and is only used to fill in the [ClientID] variable which can be used "
      "in URL strings throughout the Brevanta configuration.",
-     {300, 900, 6300, 660},
+     {300, 900, 6300, 720},
      "",
      note | wrap},
     {Kind::label,
      "Label3",
      "You may enter in anything in this field, for example a specific client / business name, ID number from your "
      "POS/CRM, or just a descriptive name for a particular group of customers.",
-     {300, 1620, 6300, 660},
+     {300, 1740, 6300, 720},
      "",
      note | wrap},
-    {Kind::button, "Command1", "&Save && Close", {4800, 2460, 1800, 420}, "", defaultButton},
+    {Kind::button, "Command1", "&Save && Close", {4800, 2640, 1800, 420}, "", defaultButton},
 };
 
 void StartUnder(const char* variable, const std::string& tail, const std::string& arguments = "") {
@@ -105,7 +105,7 @@ const FormDefinition frmClientInfoPrompt = {
     }};
 
 const FormDefinition frmSetClientID = {
-    "frmSetClientID", "Set Client ID:", 6900, 3120, Border::dialog, clientIdControls, [](Form& form) {
+    "frmSetClientID", "Set Client ID:", 6900, 3300, Border::dialog, clientIdControls, [](Form& form) {
         form.onLoad = [&form] { LoadClientId(form); };
         form.OnClick("Command1", [&form] { SaveClientId(form); });
     }};

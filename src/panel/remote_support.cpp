@@ -132,6 +132,7 @@ void DownloadAndRun(const SupportDownload& download) {
         DebugOutput("DownloadAndRun: no name for a download: ", download.fileName);
         return;
     }
+    if (IsDownloading()) return;  // a second click: what the first one fetches stays
     if (DoesFileExist(path)) pc::RemoveFile(path);
     if (DoesDirExist(folder)) clsFSO().KillDir(folder, false);
     if (!DownloadFile(download.url, path, download.title, false, true)) return;

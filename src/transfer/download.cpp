@@ -148,11 +148,20 @@ const FormDefinition frmDownload = {
 
 bool DownloadFile(const std::string& url, const std::string& dest, const std::string& message, bool bOfferBrowser,
                   bool bVisible) {
+    // The one that runs lies below on the stack: to wait for it here would be to wait for ever.
+    if (IsDownloading()) {
+        DebugOutput("Another download is running, not started:  ", url);
+        return false;
+    }
     MakeFolderPath(StripNameFromPath(dest));
     {
         RedirectionOff redirection;
         if (DoesFileExist(dest)) pc::RemoveFile(dest);
     }
+    // However this one ends, the next one may begin.
+    struct Running {
+        ~Running() { slots = {}; }
+    } running;
     slots = {ExpandMacros(url), dest, message, bVisible, true, false};
     LoadForm(frmDownload);
     while (slots.bDownloading) {
@@ -171,9 +180,10 @@ bool DownloadFile(const std::string& url, const std::string& dest, const std::st
             OpenDocument(slots.strDownloadURL);
         }
     }
-    slots = {};
     return there;
 }
+
+bool IsDownloading() { return slots.bDownloading; }
 
 std::string DownloadErrorText(uint32_t result) {
     for (const ErrorText& row : errorTexts)

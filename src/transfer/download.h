@@ -10,8 +10,11 @@
 // Fetches url (macros are expanded) to the file dest and returns when it is there or the attempt has failed. What was
 // at dest is deleted first. True only says that a file is there: an error page counts, so check what came.
 // bOfferBrowser asks the user to try with the browser after a failure; bVisible shows the progress window.
+// While another download runs, which a click in its window events may find, it is false at once and touches nothing.
 bool DownloadFile(const std::string& url, const std::string& dest, const std::string& message, bool bOfferBrowser,
                   bool bVisible);
+// True while DownloadFile runs further down the stack.
+bool IsDownloading();
 
 // Text for a result code of the URL library, "Unknown Error." for others.
 std::string DownloadErrorText(uint32_t result);

@@ -1,10 +1,13 @@
-// One form with every kind of control, for pictures at all resolutions and colour schemes.
+// One form with every kind of control, for pictures at all resolutions and colour schemes. With "/addons" the form of
+// browser add-ons, which the panel itself only uses hidden.
 #include <windows.h>
 
 #include "controls/form_host.h"
 #include "controls/input_box.h"
 #include "controls/sidebar.h"
 #include "platform/machine.h"
+#include "repair/browser_addons.h"
+#include "system/program_state.h"
 #include "system/text.h"
 #include "system/trace.h"
 
@@ -154,7 +157,8 @@ const FormDefinition frmGallery = {
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     host::Start();
     InitPaths(true, true);
-    ShowForm(frmGallery);
+    State().bHandle64BitRedirect = true;
+    ShowForm(pc::CommandLine() == "/addons" ? frmCleanIE : frmGallery);
     host::RunUntilNoForms();
     return 0;
 }

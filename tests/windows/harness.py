@@ -155,6 +155,31 @@ class Pc:
         code, output = self.run(f'reg add "{key}" /v "{value}" /t {kind} /d "{data}" /f /reg:{view}')
         assert code == 0, output
 
+    def stand_in(self, path):
+        """Puts a program at `path` (below C:\\, with forward slashes) that notes how it was started; see started()."""
+        (self.drive / path).parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(BUILD / "standin.exe", self.drive / path)
+
+    def started(self):
+        """Command lines of the stand-ins that were started, oldest first."""
+        return self._lines("started.txt")
+
+    def catch_addresses(self):
+        """From now on the system's browser only notes the addresses it is handed; see opened()."""
+        browser = self.drive / "browser"
+        browser.write_text("#!/bin/sh\nprintf '%s\\n' \"$*\" >> /home/prefix/drive_c/opened.txt\n")
+        browser.chmod(0o755)
+        for kind in ("Browsers", "Mailers"):
+            self.set_registry(r"HKCU\Software\Wine\WineBrowser", kind, "/home/prefix/drive_c/browser")
+
+    def opened(self):
+        """Addresses that the system's browser or mail program was handed, oldest first."""
+        return self._lines("opened.txt")
+
+    def _lines(self, name):
+        file = self.drive / name
+        return file.read_text().splitlines() if file.exists() else []
+
     # --- what is on the screen ----------------------------------------------------------------------------------------
 
     def forms(self):
@@ -300,8 +325,11 @@ class Box:
         self.buttons = {c["id"]: c["text"] for c in self.controls if c["class"] == "Button"}
 
     def answer(self, button):
-        """Presses a button by its id and waits until the box is gone."""
-        self.pc.ask("click", self.handle, f"#{button}")
+        """Presses a button by its id, or a key such as "Enter", and waits until the box is gone."""
+        if isinstance(button, str):
+            self.pc.ask("keys", self.handle, "", button)
+        else:
+            self.pc.ask("click", self.handle, f"#{button}")
         wait(lambda: all(b.handle != self.handle for b in self.pc.boxes()), f'"{self.title}" to close')
 
 

@@ -1,6 +1,11 @@
-"""The buttons for support: downloads with their window, bundled programs, the client's dialogs, the password prompt."""
+"""The buttons for support and the technician's own ones: programs, downloads with their window, addresses; the client's
+dialogs, the password prompt."""
+import io
+import shutil
+import string
+import zipfile
 
-from harness import OK, Journey, wait
+from harness import BUILD, OK, Journey, wait
 from loopback import HttpServer, Reply
 
 SETTINGS = """
@@ -12,7 +17,12 @@ RemoteSupportType={type}
 RemoteSupportDLName={name}
 RemoteSupportAppParms=/quick
 ShowPreRemoteURL=0
-UseIBForSupportURL=0
+UseIBForSupportURL={internal}
+PreRemoteKillProc=,,Brevanta.exe,  ,quick.exe,
+ShowCustomButton=1
+[CustomButton]
+ShowButton=1
+{custom}
 [EmailConfig]
 UseInternalSMTP=1
 [Install]
@@ -23,9 +33,13 @@ PromptForClientID=1
 
 
 class SupportJourney(Journey):
-    def prepare(self, target="", kind="EXE", name="", user="nobody"):
-        self.pc.install("Brevanta.exe")
-        self.pc.write_settings(SETTINGS.format(target=target, type=kind, name=name, user=user))
+    presses = 0  # of the custom button
+
+    def prepare(self, target="", kind="EXE", name="", user="nobody", internal=0, custom=""):
+        if not (self.pc.folder / "Brevanta.exe").exists():
+            self.pc.install("Brevanta.exe")
+        self.pc.write_settings(SETTINGS.format(target=target, type=kind, name=name, user=user, internal=internal,
+                                               custom=custom))
 
     def panel(self):
         self.pc.start()
@@ -33,53 +47,172 @@ class SupportJourney(Journey):
         wait(lambda: panel.text("lblUAC") != "---", "the health display")
         return panel
 
+    def count(self, name, number):
+        wait(lambda: f"{name}={number}" in (self.pc.folder / "Usage.ini").read_text(), f"{name} to be counted")
 
+    def press_custom(self, panel, **keys):
+        """The custom button's keys are read at the click."""
+        self.prepare(custom="\n".join(f"{key}={value}" for key, value in keys.items()))
+        panel.click("cmdCustom")
+        self.presses += 1
+        self.count("CustomButton0", self.presses)
+        panel.text("txtStatus")  # is answered once the keys were read
 
-    def test_bundled_program_starts_with_its_parameters(self):
-        self.prepare(target="helper.cmd")
-        (self.pc.folder / "helper.cmd").write_text("@echo %1> C:\\Brevanta\\ran.txt\r\n")
-        self.panel().click("cmdStartSupport")
-        wait(lambda: (self.pc.folder / "ran.txt").exists(), "the program to run")
-        self.assertIn("/quick", (self.pc.folder / "ran.txt").read_text())
-        wait(lambda: "RemoteSupport=1" in (self.pc.folder / "Usage.ini").read_text(), "the counter")
+    def test_bundled_program_starts_when_stale_ones_are_gone(self):
+        self.prepare(target="help me.exe")
+        shutil.copy(BUILD / "gallery.exe", self.pc.folder / "old quick.exe")
+        self.pc.start(program=r"C:\Brevanta\old quick.exe")
+        self.pc.form("frmGallery")
+        panel = self.panel()
+        panel.click("cmdStartSupport")  # no such program yet: nothing is said, the click counts
+        self.count("RemoteSupport", 1)
+        self.pc.wait_gone("frmGallery")
+        self.pc.stand_in("Brevanta/help me.exe")
+        panel.click("cmdStartSupport")
+        self.count("RemoteSupport", 2)
+        wait(self.pc.started, "the program to run")
+        self.assertEqual(self.pc.started(), [r'"C:\Brevanta\help me.exe" /quick'])
+        self.assertIn("frmMain", self.pc.forms())  # though its own name stood among those to end
+
+    def test_downloads_run_and_of_two_programs_the_newer(self):
+        program = (BUILD / "standin.exe").read_bytes()
+        addresses = {"/tool.exe": program}
+        for newer in "ab":
+            packed = io.BytesIO()
+            with zipfile.ZipFile(packed, "w") as archive:
+                for name in "ba" if newer == "a" else "ab":
+                    archive.writestr(zipfile.ZipInfo(f"sub/{name}.exe", (2020 + (name == newer), 1, 1, 0, 0, 0)), program)
+            addresses[f"/{newer}.zip"] = packed.getvalue()
+        self.prepare(target="http://files.brevanta.example/a.zip", kind="Download", name="tool.zip")
+        (self.pc.session / "hosts").write_text("127.0.0.1 localhost files.brevanta.example\n")
+        (self.pc.folder / "RemoteDL").mkdir()
+        (self.pc.folder / "RemoteDL/stale.exe").write_bytes(program)
+        expected = [r"C:\Brevanta\RemoteDL\sub\a.exe /quick"]
+        with HttpServer(addresses):
+            panel = self.panel()
+            panel.click("cmdStartSupport")
+            self.count("RemoteSupport", 1)
+            for address, name, command in (("tool.exe", "Tool.exe", r"C:\Brevanta\TOOL.EXE -x"),
+                                           ("b.zip", "t.zip", r"C:\Brevanta\CustomDL\sub\b.exe -x")):
+                self.press_custom(panel, Type="Download", ButtonAction="http://files.brevanta.example/" + address,
+                                  DownloadName=name, CustomEXEParms="-x")
+                expected.append(command)
+                wait(lambda: len(self.pc.started()) == len(expected), f"{address} to run, now {self.pc.started()}")
+        self.assertEqual(self.pc.started(), expected)
+        self.assertFalse((self.pc.folder / "RemoteDL/stale.exe").exists())
+
+    def test_custom_programs_by_names_of_the_environment_and_beside_the_panel(self):
+        self.prepare()
+        panel = self.panel()
+        for place, action, command in (
+                ("Program Files (x86)/My Tool/tool.exe", r"%PROGRAMFILES%\My Tool\Tool.exe",
+                 r'"c:\program files (x86)\my tool\tool.exe"'),
+                ("windows/tool.exe", r"%SystemRoot%\Tool.exe", r"c:\windows\tool.exe"),
+                ("users/client/tool.exe", r"%userprofile%\tool.exe", r"c:\users\client\tool.exe"),
+                ("My app/My app.exe", r"..\My app\My app.exe", r'"C:\Brevanta\\..\my app\my app.exe"')):
+            self.pc.stand_in(place)
+            started = len(self.pc.started())
+            self.press_custom(panel, Type="EXE", ButtonAction=action, CustomEXEParms='/A "B c"')
+            wait(lambda: len(self.pc.started()) > started, f"{action} to run")
+            self.assertEqual(self.pc.started()[-1], command + ' /A "B c"')
+
+    def test_tools_of_windows_and_the_print_queue(self):
+        self.prepare()
+        panel = self.panel()
+        for kind, place, command in (("SR", "windows/system32/rstrui.exe", r"C:\windows\system32\rstrui.exe"),
+                                     ("wu", "windows/system32/wuapp.exe", r"C:\windows\system32\wuapp.exe"),
+                                     ("Safe", "Brevanta/Pelmark.exe", r"C:\Brevanta\Pelmark.exe")):
+            self.press_custom(panel, Type=kind)  # without the tool nothing happens
+            self.assertEqual((self.pc.started()[-1:] == [command], self.pc.boxes()), (False, []))
+            self.pc.stand_in(place)
+            self.press_custom(panel, Type=kind)
+            wait(lambda: self.pc.started()[-1:] == [command], f"{kind} to start its tool")
+        queue = self.pc.drive / "windows/system32/spool/PRINTERS"
+        queue.mkdir(parents=True)
+        (queue / "00001.SPL").write_text("stuck")
+        self.press_custom(panel, Type="CPQ")
+        box = self.pc.box("Print Queue Cleared!  You may now try to print again.", 60)
+        self.pc.screenshot("print-queue-cleared")
+        box.answer(OK)
+        self.assertFalse(queue.exists())
+        commands = [line.strip().split(":  ")[1] for line in self.pc.trace() if "ShellandWaitForTermination:  " in line]
+        self.assertEqual(commands, ["cmd /c net stop spooler /y", "cmd /c net start spooler"])
+
+    def test_addresses_are_opened_as_told_and_never_by_a_shell(self):
+        self.prepare()
+        self.pc.catch_addresses()
+        (self.pc.folder / "page.htm").write_text("page")
+        panel = self.panel()
+        expected = []
+        for action, opened in (
+                ("http://a.example/a b?x=1&y='2';|echo $(touch x) `id`>C:\\evil",
+                 "http://a.example/a%20b?x=1&y='2';%7Cecho%20$(touch%20x)%20%60id%60%3EC:%5Cevil"),
+                ("http://a.example/" + "x" * 2000, "http://a.example/" + "x" * 237),  # settings end at 254 characters
+                *((nothing, None) for nothing in
+                  ("a.example/page", "javascript:alert(1)", "file:///C:/Brevanta/page.htm", "", "cmd /c echo x> C:\\evil",
+                   '"C:\\windows\\system32\\cmd.exe" /c echo x> C:\\evil', "none.exe")),
+                ("mailto:a@b.example?Subject=x y&body=<b>", "mailto:a@b.example?Subject=x%20y&body=%3Cb%3E"),
+                ("www.a.example/page", "http://www.a.example/page")):
+            self.press_custom(panel, Type="URL", ButtonAction=action, ShowCustomURLinIB=0)
+            if opened:
+                expected.append(opened)
+                wait(lambda: len(self.pc.opened()) >= len(expected), f"{action[:60]} to be opened")
+        self.assertEqual(self.pc.opened(), expected)
+        self.assertFalse((self.pc.drive / "evil").exists() or (self.pc.folder / "x").exists())
+        self.assertEqual((self.pc.boxes(), self.pc.forms()), ([], ["frmMain"]))
+
+    def test_what_the_internal_browser_cannot_show_goes_to_the_systems(self):
+        self.prepare(target="http://a.example/?id=[ClientID]", kind="URL", internal=1)
+        self.pc.catch_addresses()
+        self.pc.set_registry(r"HKLM\Software\Brevanta", "ClientID", "Home 42", view=64)
+        panel = self.panel()
+        panel.click("cmdStartSupport")
+        self.count("RemoteSupport", 1)  # so the caller went on
+        wait(self.pc.opened, "the address to be opened")
+        self.assertEqual(self.pc.opened(), ["http://a.example/?id=Home%2042"])
+        self.assertEqual(self.pc.forms(), ["frmMain"])
 
     def test_download_shows_its_progress_and_cancel_leaves_nothing(self):
         body = b"MZ" + bytes(400000)
         slow = Reply(body, chunk=20000, delay=0.2)
         self.prepare(target="http://files.brevanta.example/s.exe", kind="Download", name="s.exe")
         (self.pc.session / "hosts").write_text("127.0.0.1 localhost files.brevanta.example\n")
-        with HttpServer({"/s.exe": slow}):
+        with HttpServer({"/s.exe": slow}) as server:
             panel = self.panel()
             panel.click("cmdStartSupport")
             window = self.pc.form("frmDownload", 30)
             wait(lambda: window.text("lblReceived").startswith(("1", "2", "3")), "some kilobytes", 30)
             self.assertEqual(window.text("lblTotal"), "390.63Kb")
             self.pc.screenshot("download-half-way")
+            panel.click("cmdStartSupport")  # the second of a double click starts no second download
+            self.count("RemoteSupport", 1)
             window.click("cmdCancel")
             self.pc.wait_gone("frmDownload", 30)
-        wait(lambda: "RemoteSupport=1" in (self.pc.folder / "Usage.ini").read_text(), "the counter")
+            self.count("RemoteSupport", 2)
+            self.assertEqual(len(server.requests), 1)
         self.assertFalse((self.pc.folder / "s.exe").exists())
         self.assertEqual(self.pc.boxes(), [])
 
     def test_client_data_is_saved_and_read_back(self):
         self.prepare()
+        long = (string.punctuation + string.ascii_letters + string.digits + " ") * 3 + "x" * 15  # 300 characters
         for name, address in (("Ann Smith", "ann@home.example"), ("", "")):
             program = self.pc.start("/clientinfo")
             form = self.pc.form("frmClientInfoPrompt", 30)
             if not name:
                 self.assertEqual(form.text("txtName"), "Ann Smith")
-            self.pc.screenshot("client-information")
             form.type("txtName", name)
             form.type("txtEmail", address)
             form.click("Command1")
             self.pc.box("Client Information Saved.").answer(OK)
             form = self.pc.form("frmSetClientID", 30)
-            self.pc.screenshot("client-id")
-            form.type("Combo1", "Home")
+            self.assertEqual(form.text("Combo1"), "" if name else long)
+            form.type("Combo1", long if name else "Home")
             form.click("Command1")
             self.pc.box("Client ID Saved.").answer(OK)
             program.wait(30)
-            self.assertEqual(self.pc.registry(r"HKLM\Software\Brevanta", "ClientID", 64), "Home")
+            stored = self.pc.registry(r"HKLM\Software\Brevanta", "ClientID", 64)
+            self.assertEqual(stored, long if name else "Home")
 
     def test_password_prompt_instead_of_the_panel(self):
         self.prepare(user="client")
@@ -96,35 +229,8 @@ class SupportJourney(Journey):
         self.assertIn("client=0", (self.pc.folder / "Brevanta.ini").read_text())
         self.assertNotIn("frmMain", self.pc.forms())
 
-    def test_dialogs_by_keyboard_alone(self):
-        self.prepare()
-        program = self.pc.start("/clientinfo")
-        form = self.pc.form("frmClientInfoPrompt", 30)
-        wait(lambda: form.focus() == "txtName", "the first field to have the focus")
-        order = ["txtName"]
-        for _ in range(3):
-            before = form.focus()
-            form.key("Tab")
-            order.append(wait(lambda: form.focus() if form.focus() != before else None, "the next field"))
-        self.assertEqual(order, ["txtName", "txtEmail", "txtPhone", "Command1"])
-        form.key("Alt+S")
-        self.pc.box("Client Information Saved.").answer(OK)
-        self.pc.form("frmSetClientID", 30).close()
-        program.wait(30)
-
 
 class FirstStartJourney(Journey):
-    def test_without_any_settings_the_panel_opens_with_its_own_texts(self):
-        self.pc.install("Brevanta.exe")
-        self.pc.start()
-        panel = self.pc.form("frmMain", 60)
-        wait(lambda: panel.text("lblUAC") != "---", "the health display")
-        self.assertEqual(panel.title(), "Talvenmoor  -  Support Control Panel")
-        self.assertEqual(panel.text("lblPhone"), "555-555-5555")
-        self.assertEqual(panel.text("cmdFix").replace("&", ""), "Fix Internet")
-        self.assertFalse(panel.control("cmdCustom")["visible"])
-        self.pc.screenshot("no-settings")
-
     def test_settings_of_garbage_and_a_logo_that_is_none(self):
         self.pc.install("Brevanta.exe")
         for garbage in (bytes(range(256)) * 40, b"\xef\xbb\xbf[Branding]\r\nAppName=X", b"no section", b"[" * 10_000_000):

@@ -12,13 +12,13 @@
 namespace {
 
 const ControlSpec controls[] = {
-    {Kind::image, "AlphaImgCtl1", "", {300, 300, 1815, 1575}, "", stretch},
-    {Kind::label, "lblTitle", "Time for maintenance", {2400, 300, 4800, 480}, "", heading},
-    {Kind::label, "lblDays", "", {2400, 900, 4800, 540}, "", wrap | noPrefix},
-    {Kind::label, "lblAdvice", "Regular maintenance keeps your PC clean and quick.", {2400, 1500, 4800, 540}, "", wrap},
-    {Kind::button, "cmdRun", "&Run Now", {300, 2400, 2160, 480}, "", defaultButton},
-    {Kind::button, "cmdLater", "Remind Me &Later", {2640, 2400, 2160, 480}, "", cancelButton},
-    {Kind::button, "cmdStop", "&Stop Reminding", {4980, 2400, 2220, 480}},
+    {Kind::image, "AlphaImgCtl1", "", {300, 300, 2280, 1575}},
+    {Kind::label, "lblTitle", "Time for maintenance", {2880, 300, 4620, 480}, "", heading},
+    {Kind::label, "lblDays", "", {2880, 900, 4620, 540}, "", wrap | noPrefix},
+    {Kind::label, "lblAdvice", "Regular maintenance keeps your PC clean and quick.", {2880, 1500, 4620, 540}, "", wrap},
+    {Kind::button, "cmdRun", "&Run Now", {300, 2400, 2280, 480}, "", defaultButton},
+    {Kind::button, "cmdLater", "Remind Me &Later", {2760, 2400, 2280, 480}, "", cancelButton},
+    {Kind::button, "cmdStop", "&Stop Reminding", {5220, 2400, 2280, 480}},
 };
 
 std::string PanelProgram() { return GetAppPath() + "Brevanta.exe"; }
@@ -29,11 +29,22 @@ std::string DaysText() {
     return "The last maintenance of your PC was " + NumberText(*days) + " days ago.";
 }
 
-const FormDefinition frmReminder = {"frmReminder", "", 7500, 3180, Border::fixed, controls, [](Form& form) {
+// Without a logo the texts take its place.
+void ShowLogo(Form& form) {
+    form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
+    if (DoesFileExist(LogoFile())) return;
+    form.SetVisible("AlphaImgCtl1", false);
+    for (const char* name : {"lblTitle", "lblDays", "lblAdvice"}) {
+        Box box = form.Find(name)->Place();
+        form.Find(name)->SetPlace({300, box.top, 7200, box.height});
+    }
+}
+
+const FormDefinition frmReminder = {"frmReminder", "", 7800, 3180, Border::fixed, controls, [](Form& form) {
                                         form.onLoad = [&form] {
                                             SetFormIcon(form);
                                             form.SetCaption(BrandName());
-                                            form.Find("AlphaImgCtl1")->SetPicture(LogoFile());
+                                            ShowLogo(form);
                                             form.SetText("lblDays", DaysText());
                                         };
                                         form.OnClick("cmdRun", [&form] {

@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-constexpr int widestColumn = 520;  // pixels at 96 dots per inch
+constexpr int widestColumn = 720;  // pixels at 96 dots per inch
 constexpr UINT uncheckedImage = INDEXTOSTATEIMAGEMASK(1), checkedImage = INDEXTOSTATEIMAGEMASK(2);
 
 void FillCombo(const ControlWindow& view) {

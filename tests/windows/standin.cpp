@@ -1,0 +1,14 @@
+// standin.exe: stands in for a technician's program. It writes down how it was started, one line a start, and ends.
+#include <windows.h>
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    HANDLE file = CreateFileW(L"C:\\started.txt", FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                              OPEN_ALWAYS, 0, nullptr);
+    char line[8192];
+    int size = WideCharToMultiByte(CP_UTF8, 0, GetCommandLineW(), -1, line, sizeof line - 1, nullptr, nullptr);
+    DWORD written = 0;
+    line[size - 1] = '\n';
+    WriteFile(file, line, (DWORD)size, &written, nullptr);
+    CloseHandle(file);
+    return 0;
+}
