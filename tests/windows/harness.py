@@ -158,6 +158,7 @@ class Pc:
     def stand_in(self, path):
         """Puts a program at `path` (below C:\\, with forward slashes) that notes how it was started; see started()."""
         (self.drive / path).parent.mkdir(parents=True, exist_ok=True)
+        (self.drive / path).unlink(missing_ok=True)  # the system's own files are shared with other PCs
         shutil.copy(BUILD / "standin.exe", self.drive / path)
 
     def started(self):

@@ -89,8 +89,9 @@ class DialogJourney(Journey):
         for stroke in ("A", "Tab", "B", "Enter"):
             form.key(stroke)
         self.pc.box("do not match").answer("Enter")
+        self.assertIn("client=1", (self.pc.folder / "Brevanta.ini").read_text())
         form.key("Alt+D")
-        program.wait()
+        program.wait()  # so the panel does not follow
         self.assertIn("client=0", (self.pc.folder / "Brevanta.ini").read_text())
 
     def test_addons(self):
@@ -150,13 +151,21 @@ class DialogJourney(Journey):
     def test_download(self):
         (self.pc.session / "hosts").write_text("127.0.0.1 localhost files.brevanta.example\n")
         with HttpServer({"/s.exe": Reply(bytes(8_000_000), chunk=8000, delay=0.02)}):
-            _, panel = self.panel()
+            program, panel = self.panel()
             panel.click("cmdStartSupport")
             window = self.walk("frmDownload", ["cmdCancel"], {})
             wait(lambda: "Kb" in window.text("lblReceived"), "some kilobytes")
+            window.key("Alt+F4")
+            self.pc.box("Are you sure you wish to cancel").answer("Alt+N")
+            received = window.text("lblReceived")
+            wait(lambda: window.text("lblReceived") != received, "the download to go on")
             window.key("Escape")
             self.pc.wait_gone("frmDownload")
-        self.assertEqual(self.pc.boxes(), [])
+            self.assertEqual(self.pc.boxes(), [])
+            panel.click("cmdStartSupport")
+            self.pc.form("frmDownload", 30)
+            panel.close()  # ends the program in the middle of the download
+            self.assertEqual(program.wait(), 0)
 
     def test_support_mail(self):
         program, panel = self.panel(two=1)

@@ -34,6 +34,7 @@ class FixJourney(Journey):
         self.pc.set_registry("HKCU\\" + INTERNET, "ProxyServer", "evil:8080")
         self.pc.set_registry(TOOLBAR, "{AAAA}", "bar", view=64)
         self.pc.set_registry(BHO + r"\{BBBB}", "x", "y", view=64)
+        self.pc.set_registry("HKCU\\" + SCOPES + r"\{CCCC}", "DisplayName", "Search")
         self.hosts().parent.mkdir(parents=True, exist_ok=True)
         self.hosts().write_text("6.6.6.6 bank.example\n")
         self.pc.start()
@@ -50,6 +51,8 @@ class FixJourney(Journey):
         self.assertEqual(self.pc.registry("HKCU\\" + INTERNET, "ProxyEnable"), "0x0")
         self.assertIsNone(self.pc.registry(TOOLBAR, "{AAAA}", 64))
         self.assertIsNone(self.pc.registry(BHO + r"\{BBBB}", view=64))
+        self.assertEqual(self.pc.registry("HKCU\\" + SCOPES + r"\{CCCC}", "DisplayName"), "Search")
+        self.assertNotIn("frmCleanIE", self.pc.forms())
         commands = [l.split("ShellandWaitForTermination:  ")[1] for l in self.pc.trace()
                     if "ShellandWaitForTermination:  " in l]
         self.assertEqual(commands[:4], ["cmd /c netsh winhttp reset proxy", "cmd /c netsh winsock reset",

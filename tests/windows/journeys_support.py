@@ -1,5 +1,4 @@
-"""The buttons for support and the technician's own ones: programs, downloads with their window, addresses; the client's
-dialogs, the password prompt."""
+"""The buttons for support and the technician's own ones: programs, downloads, addresses, tools; the client's data."""
 import io
 import shutil
 import string
@@ -18,6 +17,7 @@ RemoteSupportDLName={name}
 RemoteSupportAppParms=/quick
 ShowPreRemoteURL=0
 UseIBForSupportURL={internal}
+{branding}
 PreRemoteKillProc=,,Brevanta.exe,  ,quick.exe,
 ShowCustomButton=1
 [CustomButton]
@@ -27,19 +27,17 @@ ShowButton=1
 UseInternalSMTP=1
 [Install]
 PromptForClientID=1
-[PromptForPasswordSet]
-{user}=1
 """
 
 
 class SupportJourney(Journey):
     presses = 0  # of the custom button
 
-    def prepare(self, target="", kind="EXE", name="", user="nobody", internal=0, custom=""):
+    def prepare(self, target="", kind="EXE", name="", internal=0, custom="", branding=""):
         if not (self.pc.folder / "Brevanta.exe").exists():
             self.pc.install("Brevanta.exe")
-        self.pc.write_settings(SETTINGS.format(target=target, type=kind, name=name, user=user, internal=internal,
-                                               custom=custom))
+        self.pc.write_settings(SETTINGS.format(target=target, type=kind, name=name, internal=internal,
+                                               custom=custom, branding=branding))
 
     def panel(self):
         self.pc.start()
@@ -73,6 +71,26 @@ class SupportJourney(Journey):
         wait(self.pc.started, "the program to run")
         self.assertEqual(self.pc.started(), [r'"C:\Brevanta\help me.exe" /quick'])
         self.assertIn("frmMain", self.pc.forms())  # though its own name stood among those to end
+
+    def test_other_ways_to_the_client_than_the_configured_one(self):
+        self.prepare(target="tool.exe")
+        for place in "Brevanta/tool.exe", "windows/system32/msra.exe":
+            self.pc.stand_in(place)
+        for version in 7, 9:
+            self.pc.stand_in(f"Program Files (x86)/Teamviewer/Version{version}/Teamviewer.exe")
+        panel = self.panel()
+        expected = []
+        for branding, command in (
+                ("", r"C:\Brevanta\tool.exe /quick"),
+                ("RemoteUseMSRA=1", r"C:\windows\system32\msra.exe"),
+                ("RemoteUseMSRA=1\nTeamviewerOverride=1",
+                 r'"C:\Program Files (x86)\Teamviewer\Version9\Teamviewer.exe"')):
+            self.prepare(target="tool.exe", branding=branding)
+            expected.append(command)
+            panel.click("cmdStartSupport")
+            wait(lambda: len(self.pc.started()) == len(expected), f"{command}, there is {self.pc.started()}")
+            self.count("RemoteSupport", len(expected))
+        self.assertEqual(self.pc.started(), expected)
 
     def test_downloads_run_and_of_two_programs_the_newer(self):
         program = (BUILD / "standin.exe").read_bytes()
@@ -213,21 +231,6 @@ class SupportJourney(Journey):
             program.wait(30)
             stored = self.pc.registry(r"HKLM\Software\Brevanta", "ClientID", 64)
             self.assertEqual(stored, long if name else "Home")
-
-    def test_password_prompt_instead_of_the_panel(self):
-        self.prepare(user="client")
-        program = self.pc.start()
-        form = self.pc.form("frmPW", 30)
-        self.pc.screenshot("password-prompt")
-        form.type("Text1", "one")
-        form.type("Text2", "two")
-        form.click("Command1")
-        self.pc.box("do not match").answer(OK)
-        self.assertIn("client=1", (self.pc.folder / "Brevanta.ini").read_text())
-        form.click("Command2")
-        program.wait(30)
-        self.assertIn("client=0", (self.pc.folder / "Brevanta.ini").read_text())
-        self.assertNotIn("frmMain", self.pc.forms())
 
 
 class FirstStartJourney(Journey):
