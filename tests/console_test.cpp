@@ -3,6 +3,7 @@
 #include "console/console_parts.h"
 #include "console/fields.h"
 #include "maintenance/custom_apps.h"
+#include "panel/skin.h"
 #include "pc/pc_test.h"
 #include "pc/simulated_net.h"
 #include "platform/messages.h"
@@ -11,6 +12,7 @@
 #include "system/settings.h"
 #include "system/text.h"
 #include "system/trace.h"
+#include "zip_bytes.h"
 
 namespace {
 
@@ -94,6 +96,8 @@ TEST_F(ConsoleTest, ChosenOptionsWriteTheirOwnValueAndGroupsWithKeysOfTheirOwnWr
         SaveConsole(*form);
         EXPECT_EQ(Stored(row.section, row.key), row.value) << row.control;
     }
+    form = &Reopen();
+    EXPECT_TRUE(form->Checked("optUseMSRA")) << "as the panel has it, whatever else was chosen before";
     form->SetValue("optLargeLogo", 1);
     SaveConsole(*form);
     EXPECT_EQ(Stored("Branding", "UseStdLogo") + Stored("Branding", "UseRectLogo") + Stored("Branding", "UseLargeLogo"),
@@ -194,7 +198,24 @@ TEST_F(ConsoleTest, ClosingWithChangesAsksAndAReadOnlyFileIsTold) {
     EXPECT_EQ(Stored("Branding", "AppName"), "Changed");
     Pc().AddFile(State().settingsFile, Pc().FileText(State().settingsFile), pc::attributeReadOnly);
     Pc().Answer(pc::answerOk);
-    EXPECT_FALSE(SaveConsole(Open()));
+    form = &Open();
+    form->SetText("txtAppName", "Lost?");
+    ClickItem("frmConfig", "SideBar", 2, 3);
+    Pc().Answer(pc::answerNo);
+    EXPECT_TRUE(CloseByUser("frmConfig")) << "what could not be saved is still asked about";
+    EXPECT_EQ(Pc().Journal("show \"There are unsaved changes.").size(), 3u);
+}
+
+TEST_F(ConsoleTest, ListsHoldTheirChoicesOnlyAndTheSideBarKeepsItsLook) {
+    Pc().AddFile("C:\\Panel\\Skins\\Calm.urf");
+    Pc().AddFile("C:\\Panel\\appface.dll");
+    WriteSetting("Branding", "Skin", "Calm.urf");
+    LoadConfiguredSkin();
+    Form& form = Open();
+    EXPECT_EQ(form.Find("comboRPDay(1)")->Items().size(), 8u) << "an empty setting is none";
+    EXPECT_EQ(form.Find("comboMaintReminder")->Items().size(), 30u);
+    EXPECT_LINES(Pc().Journal("call"),
+                 {"call appface.dll SkinStart C:\\Panel\\Skins\\Calm.urf, 2", "call appface.dll SkinWindowSet 0, 0"});
 }
 
 TEST_F(ConsoleTest, TheSetIsPackedFlatAndMovedToTheDesktop) {
@@ -208,6 +229,42 @@ TEST_F(ConsoleTest, TheSetIsPackedFlatAndMovedToTheDesktop) {
     EXPECT_FALSE(Pc().Exists("C:\\Panel\\ConfigUpload"));
     EXPECT_FALSE(Pc().Exists("C:\\Panel\\BrevantaConfig.zip"));
     EXPECT_TRUE(Pc().Journal("show \"Your config is saved to your desktop.\"").size() == 1);
+    Pc().Deny(Pc().Env("public") + "\\Desktop\\BrevantaConfig.zip");
+    Pc().Answer(pc::answerOk);
+    SaveAndZip(form);
+    EXPECT_TRUE(Pc().Exists("C:\\Panel\\BrevantaConfig.zip"));
+    EXPECT_EQ(Pc().Journal("show \"Your config is saved here:").size(), 1u);
+}
+
+TEST_F(ConsoleTest, ADownloadedSetIsShownByANewConsoleAndADamagedOneChangesNothing) {
+    struct Case {
+        std::string set;
+        const char *name, *shown;
+        bool restarts;
+    };
+    const std::string whole = HandZip({{"brevanta.ini", "[Branding]\r\nAppName=New\r\n"}});
+    const Case cases[] = {{whole, "New", "", true},
+                          {whole.substr(0, whole.size() / 2), "Old", "show \"The configuration that came down", false},
+                          {HandZip({{"Brevanta.ini", "no section"}}), "Old", "show \"The configuration that", false},
+                          {"", "Old", "", false}};
+    for (const Case& row : cases) {
+        SimulatedPc::UseWindows(Windows::seven);
+        ForgetForms();
+        WriteSetting("Branding", "AppName", "Old");
+        WriteSetting("Nimbra", "UserName", "tech");
+        WriteSetting("Nimbra", "Password", EncryptString("secret", passwordKey));
+        Net().ftpFolders.insert("/Brevanta");
+        Net().ftpFiles["/Brevanta/BrevantaConfig.zip"] = row.set;
+        Form& form = Open();
+        ShowPage(form, "picAutoUpdate");
+        if (*row.shown) Pc().Answer(pc::answerOk);
+        Click("frmConfig", "Command3");
+        EXPECT_EQ(Stored("Branding", "AppName"), row.name);
+        EXPECT_EQ(Pc().Journal("run C:\\Panel\\Brevanta.exe /config").size(), row.restarts ? 1u : 0u);
+        EXPECT_EQ(IsFormLoaded("frmConfig"), !row.restarts);
+        EXPECT_EQ(Pc().Journal("show").size(), *row.shown ? 1u : 0u);
+        EXPECT_EQ(Pc().Journal(*row.shown ? row.shown : "show").size(), *row.shown ? 1u : 0u);
+    }
 }
 
 TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {
@@ -234,8 +291,9 @@ TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {
     form.Find("cmdListMove(0)")->UserClicked();
     EXPECT_LINES(ReadSortOrder(), {"ByHand", "second", "A-B"});
     form.Find("listApps")->UserSelected(0);
-    OnModal("frmInputBox", [](Form& box) {
-        box.SetText("txtAnswer", "New");
+    std::string newName = "New";
+    OnModal("frmInputBox", [&newName](Form& box) {
+        box.SetText("txtAnswer", newName);
         box.Find("cmdOk")->UserClicked();
     });
     Pc().Answer(pc::answerOk);
@@ -244,6 +302,12 @@ TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {
     EXPECT_FALSE(Pc().Exists("C:\\Panel\\ByHand.cfg"));
     EXPECT_EQ(ReadIni("C:\\Panel\\New.cfg", "Config", "App") + ReadIni("C:\\Panel\\New.cfg", "Config", "RunInCMD"),
               "x1");
+    newName = "SECOND";
+    form.Find("listApps")->UserSelected(0);
+    Pc().Answer(pc::answerOk);
+    form.Find("cmdListMove(2)")->UserClicked();
+    EXPECT_LINES(ReadSortOrder(), {"New", "second", "A-B"});
+    EXPECT_TRUE(Pc().Exists("C:\\Panel\\New.cfg")) << "another app's name is refused";
     form.Find("listApps")->UserSelected(1);
     form.Find("cmdListMove(3)")->UserClicked();
     EXPECT_LINES(ReadSortOrder(), {"New", "A-B"});

@@ -70,6 +70,12 @@ void OpenApp(Form& form) {
     }
 }
 
+bool IsListed(const Control& list, const std::string& name) {
+    for (const std::string& item : list.Items())
+        if (EqualNoCase(item, name)) return true;
+    return false;
+}
+
 // The order file has a name of its own among the app files, and a device name is no file's.
 bool IsUsableName(const std::string& name) {
     return !name.empty() && !EqualNoCase(name, "SortOrder") && zip::SafePath(name + ".cfg").has_value();
@@ -83,9 +89,7 @@ bool SaveCustomApp(Form& form) {
         return false;
     }
     Control& list = *form.Find("listApps");
-    bool listed = false;
-    for (const std::string& item : list.Items()) listed = listed || EqualNoCase(item, name);
-    if (!listed) list.AddItem(name);
+    if (!IsListed(list, name)) list.AddItem(name);
     for (const AppField& field : appFields) {
         const Control& control = *form.Find(field.control);
         std::string value = field.kind == AppField::text ? ReplaceAll(ReplaceAll(control.Text(), "\r", ""), "\n", " ")
@@ -156,14 +160,16 @@ void RenameApp(Form& form) {
     Control& list = *form.Find("listApps");
     if (list.Selected() < 0) return;
     std::vector<std::string> items = list.Items();
-    std::string& item = items[static_cast<size_t>(list.Selected())];
-    std::string oldName = item, newName = CleanAppName(InputBox("Type a new name for the item:  " + oldName, oldName));
+    std::string oldName = items[static_cast<size_t>(list.Selected())],
+                newName = CleanAppName(InputBox("Type a new name for the item:  " + oldName, oldName));
     if (newName.empty() || newName == oldName) return;
-    if (!IsUsableName(newName)) {
+    // Another app's file would be written over.
+    bool isTaken = !EqualNoCase(oldName, newName) && IsListed(list, newName);
+    if (isTaken || !IsUsableName(newName)) {
         pc::ShowMessage("An app can't have this name:  " + newName, "", pc::styleExclamation);
         return;
     }
-    item = newName;
+    items[static_cast<size_t>(list.Selected())] = newName;
     list.SetItems(std::move(items));
     // The two keys that only a hand edit sets go along with the file.
     for (const char* key : {"RunInCMD", "RunWithSystemAccess"}) {

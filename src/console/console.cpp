@@ -4,6 +4,7 @@
 #include "controls/branding.h"
 #include "controls/panel_links.h"
 #include "controls/sidebar.h"
+#include "panel/skin.h"
 #include "platform/messages.h"
 #include "system/build_constants.h"
 #include "system/settings.h"
@@ -12,9 +13,6 @@
 namespace {
 
 constexpr uint32_t styleYesNoCancel = 3;
-
-// What the controls held when they were last loaded or saved.
-std::string savedState;
 
 struct SaveItem {
     const char* text;
@@ -53,13 +51,7 @@ void SetDesigned(Form& form) {
     form.SetText("txtCustomButtonCaption1", "System Restore");
 }
 
-void FillLists(Form& form) {
-    for (int row = 0; row < 3; ++row) {
-        Control& combo = *form.Find("comboRPDay(" + NumberText(row) + ")");
-        bool known = false;
-        for (const std::string& item : combo.Items()) known = known || item == combo.Text();
-        if (!known) combo.AddItem(combo.Text());
-    }
+void FillReminderDays(Form& form) {
     std::vector<std::string> days;
     for (int day = 0; day < 30; ++day) days.push_back(NumberText(day));
     Control& reminder = *form.Find("comboMaintReminder");
@@ -75,18 +67,18 @@ void OpenConsole(Form& form) {
     ShowPage(form, "picBranding");
     LoadAppList(form);
     LoadConsole(form);
-    FillLists(form);
+    FillReminderDays(form);
     form.SetText("lblSkin", Setting("Branding", "Skin"));
     form.SetText("chkUpdateApp", form.Text("chkUpdateApp") + " " + build::updateHost);
     form.Find("imgLogoPreview")->SetPicture(LogoFile());
     BuildConsoleSideBar(form);
     ApplyRules(form);
-    savedState = ConsoleSnapshot(form);
+    RememberSaved(form);
 }
 
 // Closing saves nothing by itself, but what was typed is not lost by a slip.
 bool MayClose(Form& form, bool fromUser) {
-    if (!fromUser || ConsoleSnapshot(form) == savedState) return true;
+    if (!fromUser || !HasUnsavedChanges(form)) return true;
     int answer = pc::ShowMessage("There are unsaved changes.  Save them?", "", styleYesNoCancel | pc::styleQuestion);
     if (answer == pc::answerYes) return SaveConsole(form);
     return answer == pc::answerNo;
@@ -95,10 +87,8 @@ bool MayClose(Form& form, bool fromUser) {
 void BuildConsole(Form& form) {
     form.onLoad = [&form] { OpenConsole(form); };
     form.onQueryUnload = [&form](bool fromUser) { return MayClose(form, fromUser); };
-    form.Find("SideBar")->onItemClick = [&form](int group, int item) {
-        ClickSideBar(form, group, item);
-        if (group == 2 && IsFormLoaded("frmConfig")) savedState = ConsoleSnapshot(form);
-    };
+    form.onActivate = [&form] { ExemptFromSkin(form.Find("SideBar")); };
+    form.Find("SideBar")->onItemClick = [&form](int group, int item) { ClickSideBar(form, group, item); };
     AttachRules(form);
     AttachActions(form);
     AttachAppEditor(form);

@@ -19,6 +19,7 @@
 #include "system/trace.h"
 #include "transfer/archives.h"
 #include "transfer/cloud.h"
+#include "transfer/config_set.h"
 
 namespace {
 
@@ -46,10 +47,10 @@ void UploadNow(Form& form) {
 }
 
 void DownloadNow(Form& form) {
-    ShowFormModal(frmCloudDL);
-    if (!DoesFileExist(ConfigArchive())) return;
-    UnzipFile(ConfigArchive(), GetAppPath(), true);
-    pc::RemoveFile(ConfigArchive());
+    CloudSet set = FetchCloudSet();
+    if (set == CloudSet::damaged)
+        pc::ShowMessage("The configuration that came down is damaged.  Nothing was changed.", "", pc::styleExclamation);
+    if (set != CloudSet::applied) return;
     // The new process shows what came down; this one must not save over it.
     ShellX(GetEXEPath(), "/config", false, 1);
     UnloadForm(form);
@@ -98,8 +99,10 @@ void SendConsoleTestMail(Form& form) {
 void SaveAndZip(Form& form) {
     if (!PackConfig(form)) return;
     clsFSO().KillDir(UploadFolder(), false);
-    MoveFileQuiet(ConfigArchive(), CommonDesktop());
-    pc::ShowMessage("Your config is saved to your desktop.");
+    // All users' desktop takes no file from a user without rights; the archive then stays where it is.
+    bool isMoved = MoveFileQuiet(ConfigArchive(), CommonDesktop());
+    pc::ShowMessage(isMoved ? "Your config is saved to your desktop."
+                            : "Your config is saved here:\r\n" + ConfigArchive());
 }
 
 void SaveAndTest(Form& form) {

@@ -28,6 +28,18 @@ std::string ToSetting(const Field& field, const std::string& text) {
     return OneLine(text);
 }
 
+// What the controls held when they were last loaded or saved.
+std::string savedState;
+
+// All that the user can change on the form, as one text to compare.
+std::string Snapshot(Form& form) {
+    std::string snapshot;
+    for (const Field& field : ConsoleFields())
+        if (const Control* control = form.Find(field.control))
+            snapshot += control->Text() + '\0' + NumberText(control->Value()) + '\0';
+    return snapshot;
+}
+
 // The mail account's keys in the order of their writing.
 struct MailField {
     const char* key;
@@ -108,15 +120,13 @@ bool SaveConsole(Form& form) {
         }
         saved = SaveField(form, field) && saved;
     }
-    if (!saved)
+    if (saved)
+        RememberSaved(form);
+    else
         pc::ShowMessage("The settings could not be saved:\r\n" + State().settingsFile, "", pc::styleExclamation);
     return saved;
 }
 
-std::string ConsoleSnapshot(Form& form) {
-    std::string snapshot;
-    for (const Field& field : ConsoleFields())
-        if (const Control* control = form.Find(field.control))
-            snapshot += control->Text() + '\0' + NumberText(control->Value()) + '\0';
-    return snapshot;
-}
+void RememberSaved(Form& form) { savedState = Snapshot(form); }
+
+bool HasUnsavedChanges(Form& form) { return Snapshot(form) != savedState; }

@@ -12,8 +12,9 @@ void LoadField(Form& form, const Field& field);
 bool SaveField(Form& form, const Field& field);
 // Stores just these fields.
 void SaveFields(Form& form, const std::vector<std::string>& controls);
-// All that the user can change on the form, as one text to compare.
-std::string ConsoleSnapshot(Form& form);
+// Takes what the controls hold now as saved; a save that succeeds does the same.
+void RememberSaved(Form& form);
+bool HasUnsavedChanges(Form& form);
 
 // console_rules.cpp: what one control does to others, and quiet marks beside what cannot be right.
 void AttachRules(Form& form);

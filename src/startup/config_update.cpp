@@ -8,10 +8,8 @@
 #include "system/settings.h"
 #include "system/text.h"
 #include "system/trace.h"
-#include "transfer/archives.h"
-#include "transfer/cloud.h"
+#include "transfer/config_set.h"
 #include "transfer/download.h"
-#include "transfer/zip_reader.h"
 
 namespace {
 
@@ -30,31 +28,6 @@ std::string HoldMaintenanceTime() {
     time = Setting("General", "LastMaintenance");
     if (!time.empty()) fWriteValue("HKLM", maintenanceKey, "LastRun", 'S', time);
     return time;
-}
-
-// A settings file has a section line and, unless it is UTF-16, no NUL.
-bool IsSettingsText(const std::string& path) {
-    auto bytes = pc::ReadWholeFile(path, 16u << 20);
-    if (!bytes) return false;
-    if (StartsWith(*bytes, "\xFF\xFE")) return true;
-    if (bytes->find('\0') != std::string::npos) return false;
-    size_t bracket = bytes->find('[');
-    while (bracket != std::string::npos && bracket > 0 && (*bytes)[bracket - 1] != '\n' && bracket != 3)
-        bracket = bytes->find('[', bracket + 1);
-    return bracket != std::string::npos && bytes->find(']', bracket) != std::string::npos;
-}
-
-// Whether every entry is sound and the settings file in it, if any, is one. The archive is unpacked into "UpdateTemp",
-// where it stays.
-bool UnpackAndCheck(const std::string& archive) {
-    ZipExtractionClass zip;
-    std::vector<std::string> names;
-    bool sound = zip.OpenZip(archive) && zip.Test(names);
-    zip.CloseZip();
-    std::string folder = GetAppPath() + "UpdateTemp";
-    if (!sound || !UnzipFile(archive, folder, true)) return false;
-    std::string settings = folder + "\\Brevanta.ini";
-    return !DoesFileExist(settings) || IsSettingsText(settings);
 }
 
 // Older logos of another format must not win over the new one.
@@ -94,19 +67,7 @@ void FetchAndApply(const std::string& address) {
 
 void PullCloudConfig() {
     std::string time = HoldMaintenanceTime();
-    ShowFormModal(frmCloudDL);
-    std::string archive = GetAppPath() + "BrevantaConfig.zip";
-    if (DoesFileExist(archive)) {
-        std::string folder = GetAppPath() + "UpdateTemp";
-        clsFSO files;
-        files.KillDir(folder, false);
-        if (UnpackAndCheck(archive))
-            UnzipFile(archive, GetAppPath(), true);
-        else
-            DebugOutput("PullCloudConfig: the set is not sound");
-        files.KillDir(folder, false);
-        pc::RemoveFile(archive);
-    }
+    FetchCloudSet();
     StoreMaintenanceTime(time);
     SetUpdateTasks();
     SetMaintCheck();
