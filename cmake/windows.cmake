@@ -134,6 +134,10 @@ foreach(source ${programs} ${comparisons})
     endif()
     target_link_libraries(${name} ${SYSTEM_LIBRARIES})
 endforeach()
+# Its bare window has the panel's manifest, and so the same common controls.
+target_sources(start_bench PRIVATE resources/tool.rc)
+target_compile_definitions(start_bench PRIVATE TOOL_NAME=start_bench TOOL_WINDOWLESS)
+target_include_directories(start_bench PRIVATE resources ${MADE})
 # Shows the program's own controls: with its logic, manifest and icons.
 target_sources(gallery PRIVATE tests/windows/gallery.rc)
 target_compile_definitions(gallery PRIVATE TOOL_NAME=gallery)

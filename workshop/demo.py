@@ -83,7 +83,7 @@ def settled(pc, seen=[]):
 def main():
     action, arguments = sys.argv[1], sys.argv[2:]
     display = os.environ.get("DISPLAY") if action == "run" else None
-    pc = Pc(display=display)
+    pc = Pc(display=display, traced=action != "program")
     try:
         if action == "program":
             pc.install()

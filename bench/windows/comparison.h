@@ -21,7 +21,7 @@ inline double Measure(const std::function<void()>& action) {
 
 inline double Median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    return (values[values.size() / 2] + values[(values.size() - 1) / 2]) / 2;
 }
 
 inline void Head() { std::printf("%-44s %12s %12s %8s %8s\n", "what", "ours", "bare", "ratio", "limit"); }

@@ -68,8 +68,8 @@ int32_t SetValue(const Key& key, const std::string& name, uint32_t type, const s
 int32_t DeleteValue(const Key& key, const std::string& name);
 // index counts from 0; 259 past the last. The order is the platform's.
 int32_t EnumKey(const Key& key, uint32_t index, std::string& name);
-// dataSize is in bytes as QueryValue would return them.
-int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, uint32_t& dataSize);
+// The data as QueryValue gives it.
+int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, std::string& data);
 // Deletes one subkey, which must have no subkeys itself (else 5). view is 0 or keyWow64_64.
 int32_t DeleteSubkey(const Key& parent, const std::string& name, uint32_t view);
 

@@ -87,14 +87,11 @@ enum class EntryForm {
     clean,     // NULs taken out of name and text, one put behind
 };
 
-// One value as "name=value"; empty for types that are not listed.
-int32_t AppendEntry(const pc::Key& key, std::string name, uint32_t type, uint32_t dataSize, EntryForm form,
-                    std::string& list) {
+// One value as "name=value"; nothing for types that are not listed.
+void AppendEntry(std::string name, uint32_t type, std::string data, EntryForm form, std::string& list) {
     bool isText = type == pc::typeSz;
-    bool isNumber = type == pc::typeDword || (type == pc::typeBinary && dataSize < 3);
-    if (!isText && !isNumber) return 0;
-    std::string data;
-    if (int32_t status = pc::QueryValue(key, name, type, data); status != 0) return status;
+    bool isNumber = type == pc::typeDword || (type == pc::typeBinary && data.size() < 3);
+    if (!isText && !isNumber) return;
     if (form == EntryForm::clean) {
         std::erase(name, '\0');
         if (isText) std::erase(data, '\0');
@@ -103,7 +100,6 @@ int32_t AppendEntry(const pc::Key& key, std::string name, uint32_t type, uint32_
     list += '=';
     list += isText ? data : NumberText(NumberFromBytes(data));
     if (isNumber || form == EntryForm::clean) list += '\0';
-    return 0;
 }
 
 // An INI section as the platform leaves it in a buffer of blanks: entries, a NUL more, and the blanks.
@@ -126,13 +122,14 @@ int32_t EnumValues(const char* procedure, EntryForm form, const std::string& roo
     RegistryView view = ChooseView(keyPath, pc::keyQueryValue);
     pc::Key key;
     if (int32_t status = pc::OpenKey(hive, view.path, view.access, key); status != 0) return status;
-    std::string name;
-    uint32_t type = 0, dataSize = 0;
-    for (uint32_t index = 0; pc::EnumValue(key, index, name, type, dataSize) == 0; ++index) {
-        if (int32_t status = AppendEntry(key, name, type, dataSize, form, list); status != 0) {
-            if (!list.empty()) list += '\0';
-            return status;
-        }
+    std::string name, data;
+    uint32_t type = 0;
+    int32_t ended = 0;
+    for (uint32_t index = 0; (ended = pc::EnumValue(key, index, name, type, data)) == 0; ++index)
+        AppendEntry(name, type, data, form, list);
+    if (ended != pc::errorNoMoreItems) {  // a value that went away before it was read
+        if (!list.empty()) list += '\0';
+        return ended;
     }
     CloseList(list);
     int32_t status = pc::CloseKey(key);

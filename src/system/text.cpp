@@ -33,19 +33,27 @@ void Append(std::string& text, uint32_t code) {
     }
 }
 
-// Runs of letters whose small form lies at a fixed distance: Latin-1, Greek, Cyrillic.
+// Runs of letters beyond ASCII whose small form lies at a fixed distance: Latin-1, Greek, Cyrillic.
 struct CaseRun {
     uint32_t firstUpper, lastUpper, distance;
 };
-constexpr CaseRun caseRuns[] = {{'A', 'Z', 32},     {0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x386, 0x386, 38},
-                                {0x388, 0x38A, 37}, {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32},
-                                {0x3A3, 0x3AB, 32}, {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
+constexpr CaseRun caseRuns[] = {{0xC0, 0xD6, 32},   {0xD8, 0xDE, 32},   {0x386, 0x386, 38}, {0x388, 0x38A, 37},
+                                {0x38C, 0x38C, 64}, {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32}, {0x3A3, 0x3AB, 32},
+                                {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
 
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+
+// Most text is ASCII and is settled without decoding it.
 template <typename Map>
-std::string MapCase(std::string_view text, Map map) {
+std::string MapCase(std::string_view text, char (*ascii)(char), Map map) {
     std::string result;
     result.reserve(text.size());
     for (size_t i = 0; i < text.size();) {
+        if (static_cast<unsigned char>(text[i]) < 0x80) {
+            result += ascii(text[i++]);
+            continue;
+        }
         size_t start = i;
         uint32_t code = Next(text, i), mapped = map(code);
         if (mapped == code)
@@ -55,8 +63,6 @@ std::string MapCase(std::string_view text, Map map) {
     }
     return result;
 }
-
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 // Position of part in text from start on, ASCII case ignored.
 size_t FindNoCase(std::string_view text, std::string_view part, size_t start) {
@@ -82,7 +88,7 @@ std::string Replace(std::string_view text, std::string_view from, std::string_vi
 }  // namespace
 
 std::string LowerCase(std::string_view text) {
-    return MapCase(text, [](uint32_t code) {
+    return MapCase(text, LowerAscii, [](uint32_t code) {
         for (const CaseRun& run : caseRuns)
             if (code >= run.firstUpper && code <= run.lastUpper) return code + run.distance;
         return code;
@@ -90,7 +96,7 @@ std::string LowerCase(std::string_view text) {
 }
 
 std::string UpperCase(std::string_view text) {
-    return MapCase(text, [](uint32_t code) {
+    return MapCase(text, UpperAscii, [](uint32_t code) {
         if (code == 0x3C2) return uint32_t{0x3A3};  // final sigma
         for (const CaseRun& run : caseRuns)
             if (code >= run.firstUpper + run.distance && code <= run.lastUpper + run.distance)

@@ -39,14 +39,17 @@ TEST_F(RegistryContract, ValuesComeBackAsTheyWereStored) {
         EXPECT_EQ(row.data, data) << row.name;
     }
     std::vector<std::string> names;
-    std::string name;
-    uint32_t type = 0, size = 0, index = 0;
-    for (; pc::EnumValue(opened, index, name, type, size) == 0; ++index) {
+    std::string name, data;
+    uint32_t type = 0, index = 0;
+    for (; pc::EnumValue(opened, index, name, type, data) == 0; ++index) {
         names.push_back(name);
-        EXPECT_TRUE(name != "multi" || (type == pc::typeMultiSz && size == 9)) << type << " " << size;
-        EXPECT_TRUE(name != "number" || (type == pc::typeDword && size == 4)) << type << " " << size;
+        for (const auto& row : rows) {
+            if (name != row.name) continue;
+            EXPECT_EQ(row.type, type) << name;
+            EXPECT_EQ(row.data, data) << name;
+        }
     }
-    EXPECT_EQ(pc::errorNoMoreItems, pc::EnumValue(opened, index, name, type, size));
+    EXPECT_EQ(pc::errorNoMoreItems, pc::EnumValue(opened, index, name, type, data));
     EXPECT_EQ(std::size(rows), names.size());
     for (const auto& row : rows) EXPECT_EQ(1, std::count(names.begin(), names.end(), row.name)) << row.name;
 }

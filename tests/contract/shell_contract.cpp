@@ -66,10 +66,10 @@ TEST_F(ShellContract, NamesThatAreNoTextSurvive) {
     ASSERT_EQ(0, pc::CreateKey(pc::currentUser, key, pc::keyAllAccess, opened));
     ASSERT_EQ(0, pc::SetValue(opened, half, pc::typeSz, half + "x" + '\0'));
     std::string name, data;
-    uint32_t type = 0, size = 0;
-    ASSERT_EQ(0, pc::EnumValue(opened, 0, name, type, size));
+    uint32_t type = 0;
+    ASSERT_EQ(0, pc::EnumValue(opened, 0, name, type, data));
     EXPECT_EQ(half, name);
-    EXPECT_EQ(5u, size);
+    EXPECT_EQ(half + "x" + '\0', data);
     EXPECT_EQ(0, pc::QueryValue(opened, name, type, data));
     EXPECT_EQ(half + "x" + '\0', data);
 }

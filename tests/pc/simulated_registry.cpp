@@ -171,7 +171,7 @@ int32_t EnumKey(const Key& key, uint32_t index, std::string& name) {
     return 0;
 }
 
-int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, uint32_t& dataSize) {
+int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, std::string& data) {
     Pc().Begin();
     name.clear();
     int32_t code;
@@ -182,7 +182,7 @@ int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& t
     const RegistryValue& value = entry->node->values[index];
     name = value.name;
     type = value.type;
-    dataSize = static_cast<uint32_t>(value.data.size());
+    data = value.data;
     return 0;
 }
 

@@ -468,12 +468,14 @@ void Write(const std::string& line) {
 
 }  // namespace
 
-int main() {
+int main(int count, char**) {
+    // With an argument: the panel traces only while a viewer of debug output has this, and Wine logs what it traces.
+    if (count > 1) CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 4096, L"DBWIN_BUFFER");
     std::string waiting;
     char bytes[4096];
-    DWORD count = 0;
-    while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), bytes, sizeof bytes, &count, nullptr) && count > 0) {
-        waiting.append(bytes, count);
+    DWORD size = 0;
+    while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), bytes, sizeof bytes, &size, nullptr) && size > 0) {
+        waiting.append(bytes, size);
         for (size_t end; (end = waiting.find('\n')) != std::string::npos; waiting.erase(0, end + 1)) {
             Write(Run(Split(waiting.substr(0, end))) + "\n");
         }

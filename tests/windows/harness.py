@@ -51,10 +51,10 @@ class Pc:
     """One PC. `folder` is C:\\Brevanta as the host sees it, `drive` is C:\\, `user` the client's profile.
 
     arch "win32" is a 32-bit PC in the looks of Windows XP. hosts are further names that the PC finds at 127.0.0.1, ca a
-    file with the certificates it trusts, display a screen that is there already.
+    file with the certificates it trusts, display a screen that is there already; untraced, programs run at full speed.
     """
 
-    def __init__(self, arch="win64", hosts=(), ca=None, display=None):
+    def __init__(self, arch="win64", hosts=(), ca=None, display=None, traced=True):
         self.session = pathlib.Path(tempfile.mkdtemp(prefix="brevanta-pc-"))
         self.children = []
         self.counter = 0
@@ -70,7 +70,7 @@ class Pc:
             self.folder.mkdir()
             self.display = display or self._start_screen()
             self.trace_file = open(self.session / "trace", "w+b")
-            self._start_driver()
+            self._start_driver(traced)
         except BaseException:
             self.close()
             raise
@@ -84,12 +84,12 @@ class Pc:
         with open(read) as number:
             return ":" + number.readline().strip()
 
-    def _start_driver(self):
+    def _start_driver(self, traced):
         environment = dict(os.environ, DISPLAY=self.display, WINEDEBUG="-all,+debugstr")
         (self.drive / "driver").mkdir()
         shutil.copy(BUILD / "driver.exe", self.drive / "driver")
         self.driver = subprocess.Popen(
-            [ROOT / "workshop/wine", self.session, "wine", r"C:\driver\driver.exe"], env=environment,
+            [ROOT / "workshop/wine", self.session, "wine", r"C:\driver\driver.exe", *["trace"] * traced], env=environment,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self.trace_file)
         self.children.append(self.driver)
 

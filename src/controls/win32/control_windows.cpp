@@ -165,9 +165,12 @@ HWND CreateControl(FormWindow& form, Control& control) {
     HWND parent = ParentOf(form, control);
     KindWindow kind = WindowKind(control);
     auto view = std::make_unique<ControlWindow>(control, form);
-    view->window = CreateWindowExW(
-        kind.extendedStyle, kind.className, WindowText(control).c_str(), StyleOf(control), 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(form.form, control))), GetModuleHandleW(nullptr), nullptr);
+    RECT box = PixelBox(control, form.dpi);
+    DWORD style = StyleOf(control) | (control.Visible() ? WS_VISIBLE : 0u);
+    view->window = CreateWindowExW(kind.extendedStyle, kind.className, WindowText(control).c_str(), style, box.left,
+                                   box.top, box.right - box.left, box.bottom - box.top, parent,
+                                   reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(form.form, control))),
+                                   GetModuleHandleW(nullptr), nullptr);
     if (!view->window) return form.window;
     HWND window = view->window;
     SetAutomationName(window, control.Name());

@@ -126,6 +126,8 @@ void ShowAddress(ControlWindow& view);
 bool BrowserUsesKey(HWND window, MSG& message);
 
 // --- layout.cpp: twips to pixels, what is seen, scrolling
+// Where the model has the control in its parent, in pixels; of a combo with its list.
+RECT PixelBox(const Control& control, int dpi);
 void PlaceControl(ControlWindow& view);
 void PlaceAllControls(FormWindow& form);
 // Hides what is hidden, or lies wholly beneath a page.

@@ -9,11 +9,7 @@ namespace host {
 
 namespace {
 
-// Both edges are rounded alike, so that neighbours meet.
-RECT PixelBox(const Box& box, int dpi) {
-    return {Pixels(box.left, dpi), Pixels(box.top, dpi), Pixels(box.left + std::max(box.width, 0), dpi),
-            Pixels(box.top + std::max(box.height, 0), dpi)};
-}
+constexpr int comboListHeight = 200;  // pixels at 96 dpi
 
 bool Contains(const Box& outer, const Box& inner) {
     return outer.left <= inner.left && outer.top <= inner.top && outer.left + outer.width >= inner.left + inner.width &&
@@ -80,19 +76,30 @@ RECT WorkArea(HWND window) {
     return monitor.rcWork;
 }
 
+RECT PixelBox(const Control& control, int dpi) {
+    const Box& box = control.Place();
+    // Both edges are rounded alike, so that neighbours meet.
+    RECT place = {Pixels(box.left, dpi), Pixels(box.top, dpi), Pixels(box.left + std::max(box.width, 0), dpi),
+                  Pixels(box.top + std::max(box.height, 0), dpi)};
+    if (control.GetKind() == Kind::combo) place.bottom += Scaled(comboListHeight, dpi);
+    return place;
+}
+
 void PlaceControl(ControlWindow& view) {
-    const Control& control = view.control;
     int dpi = view.form.dpi;
-    RECT box = PixelBox(control.Place(), dpi);
-    if (GetParent(view.window) == view.form.window) OffsetRect(&box, -view.form.scroll.x, -view.form.scroll.y);
-    int height = box.bottom - box.top;
-    SetWindowPos(view.window, nullptr, box.left, box.top, box.right - box.left,
-                 control.GetKind() == Kind::combo ? height + Scaled(200, dpi) : height,
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_FRAMECHANGED);
+    HWND parent = GetParent(view.window);
+    RECT box = PixelBox(view.control, dpi), now;
+    if (parent == view.form.window) OffsetRect(&box, -view.form.scroll.x, -view.form.scroll.y);
+    GetWindowRect(view.window, &now);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&now), 2);
+    if (!EqualRect(&box, &now))
+        SetWindowPos(view.window, nullptr, box.left, box.top, box.right - box.left, box.bottom - box.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_FRAMECHANGED);
     WidenLastColumn(view);
     // The class adds its border to the text's height; what is more is the list.
-    if (control.GetKind() == Kind::combo)
-        SendMessageW(view.window, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(height - 6, 8));
+    if (view.control.GetKind() == Kind::combo)
+        SendMessageW(view.window, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                     std::max(static_cast<int>(box.bottom - box.top) - Scaled(comboListHeight, dpi) - 6, 8));
 }
 
 void PlaceAllControls(FormWindow& form) {

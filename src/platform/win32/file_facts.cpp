@@ -8,11 +8,14 @@
 
 #include "platform/win32/handles.h"
 #include "platform/win32/last_error.h"
+#include "platform/win32/lookup.h"
 #include "platform/win32/version_block.h"
 
 namespace pc {
 
 namespace {
+
+const Late<decltype(WNetGetConnectionW)> connection{L"mpr.dll", "WNetGetConnectionW"};
 
 // The system shall not ask for a disk while this lives.
 class QuietDrives {
@@ -29,7 +32,7 @@ private:
 std::string ShareOf(const std::string& root) {
     wchar_t share[1024] = L"";
     DWORD size = 1024;
-    return WNetGetConnectionW(Wide(root.substr(0, 2)).c_str(), share, &size) == NO_ERROR ? Utf8(share) : "";
+    return connection(Wide(root.substr(0, 2)).c_str(), share, &size) == NO_ERROR ? Utf8(share) : "";
 }
 
 }  // namespace

@@ -158,12 +158,13 @@ bool ListFolder(const std::string& folder, const std::string& pattern,
                 const std::function<bool(const FileInfo&)>& each) {
     if (folder.empty()) return Fail(ERROR_PATH_NOT_FOUND);  // a backslash alone would be the root of the drive
     std::wstring mask = Wide(pattern);
+    bool takesAll = pattern == "*";
     WIN32_FIND_DATAW entry;
     FindHandle find(FindFirstFileW(WidePath(folder + (folder.ends_with('\\') ? "" : "\\") + pattern).c_str(), &entry));
     if (!find) return GetLastError() == ERROR_FILE_NOT_FOUND || Fail(GetLastError());
     do {
         // The platform also matches the short name: "*.tmp" would find "notes.tmpl".
-        if (IsDots(entry.cFileName) || !PathMatchSpecW(entry.cFileName, mask.c_str())) continue;
+        if (IsDots(entry.cFileName) || !(takesAll || PathMatchSpecW(entry.cFileName, mask.c_str()))) continue;
         if (!each(InfoFrom(Utf8(entry.cFileName), entry))) return true;
     } while (FindNextFileW(find.Get(), &entry));
     return true;

@@ -1,10 +1,6 @@
 #include "platform/ftp.h"
 
-#include <windows.h>
-// behind windows.h
-#include <wininet.h>
-#undef FtpOpenFile
-
+#include "platform/win32/late_wininet.h"
 #include "platform/win32/wide.h"
 
 namespace pc {

@@ -5,11 +5,14 @@
 #include <urlmon.h>
 
 #include "platform/files.h"
+#include "platform/win32/lookup.h"
 #include "platform/win32/wide.h"
 
 namespace pc {
 
 namespace {
+
+const Late<decltype(URLDownloadToFileW)> download{L"urlmon.dll", "URLDownloadToFileW"};
 
 bool abortAsked = false;
 IBinding* runningBinding = nullptr;
@@ -93,8 +96,7 @@ private:
 uint32_t FetchToFile(const std::string& url, const std::string& path, const FetchEvents& events) {
     abortAsked = false;
     Callback callback(events);
-    auto result =
-        static_cast<uint32_t>(URLDownloadToFileW(nullptr, Wide(url).c_str(), Wide(path).c_str(), 0, &callback));
+    auto result = static_cast<uint32_t>(download(nullptr, Wide(url).c_str(), Wide(path).c_str(), 0, &callback));
     Callback::DropBinding();
     if (abortAsked) result = static_cast<uint32_t>(E_ABORT);
     if (static_cast<int32_t>(result) < 0) RemoveFile(path);

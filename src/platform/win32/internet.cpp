@@ -1,9 +1,6 @@
 #include "platform/internet.h"
 
-#include <windows.h>
-// behind windows.h
-#include <wininet.h>
-
+#include "platform/win32/late_wininet.h"
 #include "platform/win32/wide.h"
 
 namespace pc {

@@ -25,4 +25,21 @@ Function* Lookup(const wchar_t* library, const char* function) {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(LookupAddress(library, function)));
 }
 
+// A function of a library that is loaded at the first call, since the panel's start is no time for it. Only for what
+// every supported system has.
+template <typename Function>
+class Late {
+public:
+    constexpr Late(const wchar_t* libraryName, const char* functionName) : library(libraryName), name(functionName) {}
+    operator Function*() const {
+        if (!function) function = Lookup<Function>(library, name);
+        return function;
+    }
+
+private:
+    const wchar_t* library;
+    const char* name;
+    mutable Function* function = nullptr;
+};
+
 }  // namespace pc

@@ -9,10 +9,13 @@
 
 #include "platform/machine.h"
 #include "platform/win32/handles.h"
+#include "platform/win32/lookup.h"
 
 namespace pc {
 
 namespace {
+
+const Late<decltype(GetOpenFileNameW)> pickFile{L"comdlg32.dll", "GetOpenFileNameW"};
 
 BOOL CALLBACK TakeFirstUsable(HWND window, LPARAM found) {
     if (!IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
@@ -56,7 +59,7 @@ std::string PickFile(const std::string& startFolder, const std::string& title, c
     pick.lpstrInitialDir = folder.c_str();
     pick.lpstrTitle = title.empty() ? nullptr : wideTitle.c_str();
     pick.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-    return GetOpenFileNameW(&pick) ? Utf8(path.c_str()) : "";
+    return pickFile(&pick) ? Utf8(path.c_str()) : "";
 }
 
 std::string PickFolder(const std::string& prompt) {

@@ -28,9 +28,16 @@ std::string TextOf(const std::vector<BYTE>& data) {
     return Utf8(text);
 }
 
+// Text becomes UTF-8, all else stays as it is.
+std::string DataOf(uint32_t type, const std::vector<BYTE>& raw) {
+    return IsText(type) ? TextOf(raw) : std::string(raw.begin(), raw.end());
+}
+
+constexpr DWORD usualSize = 512;  // bytes; most values are smaller
+
 int32_t RawValue(HKEY key, const wchar_t* name, uint32_t& type, std::vector<BYTE>& data) {
     // Most values fit at the first try; a large one may grow between two.
-    DWORD size = 512, found = 0;
+    DWORD size = usualSize, found = 0;
     LSTATUS status = ERROR_MORE_DATA;
     while (status == ERROR_MORE_DATA) {
         data.resize(size + sizeof(wchar_t));
@@ -45,7 +52,7 @@ int32_t RawValue(HKEY key, const wchar_t* name, uint32_t& type, std::vector<BYTE
 int32_t QueryWide(HKEY key, const wchar_t* name, uint32_t& type, std::string& data) {
     std::vector<BYTE> raw;
     int32_t status = RawValue(key, name, type, raw);
-    data = IsText(type) ? TextOf(raw) : std::string(raw.begin(), raw.end());
+    data = DataOf(type, raw);
     return status;
 }
 
@@ -111,25 +118,21 @@ int32_t EnumKey(const Key& key, uint32_t index, std::string& name) {
     return status;
 }
 
-int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, uint32_t& dataSize) {
+int32_t EnumValue(const Key& key, uint32_t index, std::string& name, uint32_t& type, std::string& data) {
     static wchar_t buffer[16384];  // the longest name of a value, with its NUL; there is one thread
-    std::vector<BYTE> raw(512);
+    std::vector<BYTE> raw(usualSize);
     DWORD length = 16384, found = 0, size = static_cast<DWORD>(raw.size());
     LSTATUS status = RegEnumValueW(Native(key), index, buffer, &length, nullptr, &found, raw.data(), &size);
-    bool large = status == ERROR_MORE_DATA;
-    if (large) {
+    if (status == ERROR_MORE_DATA) {
         length = 16384;
         status = RegEnumValueW(Native(key), index, buffer, &length, nullptr, &found, nullptr, &size);
+        type = found;
+        if (status == ERROR_SUCCESS) status = RawValue(Native(key), buffer, type, raw);
+        size = static_cast<DWORD>(raw.size());
     }
+    raw.resize(status == ERROR_SUCCESS ? size : 0);
     name = status == ERROR_SUCCESS ? Utf8({buffer, length}) : std::string();
-    type = found;
-    dataSize = size;
-    if (status != ERROR_SUCCESS || !IsText(type)) return status;
-    // Converted text has a size of its own.
-    raw.resize(large ? 0 : size);
-    uint32_t again = 0;
-    if (large) RawValue(Native(key), buffer, again, raw);
-    dataSize = static_cast<uint32_t>(TextOf(raw).size());
+    data = DataOf(type = found, raw);
     return status;
 }
 

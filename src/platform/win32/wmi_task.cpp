@@ -8,6 +8,8 @@ namespace pc {
 
 namespace {
 
+constexpr SIZE_T stackBytes = 256 * 1024;
+
 std::string ErrorText(HRESULT code) {
     char number[16];
     wsprintfA(number, "0x%08X", static_cast<unsigned>(code));
@@ -71,7 +73,8 @@ void WmiTask::Release() {
 
 WmiTask::Outcome WmiTask::Run(Work work, uint32_t timeoutMilliseconds, const EachRow& each) {
     Owned<Traits> task(new WmiTask(std::move(work)));
-    KernelHandle thread(CreateThread(nullptr, 0, ThreadMain, task.Get(), 0, nullptr));
+    KernelHandle thread(
+        CreateThread(nullptr, stackBytes, ThreadMain, task.Get(), STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
     if (!thread) {
         task.Get()->Release();  // the worker's share
         return {WmiStatus::failed, "No thread could be started.", 0};
