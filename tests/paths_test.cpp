@@ -62,8 +62,8 @@ TEST_F(PathsTest, CutsOfTexts) {
     EXPECT_TRUE(Pc().trace.empty());
     State().bVerboseTrace = true;
     StripEndOfString("a.b", ".");
-    EXPECT_LINES(Pc().trace, {"\tCommonModule\\StripEndOfString: ", "\t\t- Passed: \ta.b", "\t\t- Delimeter: \t.",
-                              "\t\t- bUseFirstDelimiter=\tFalse", "\t\t- Returned: \ta"});
+    EXPECT_LINES(Pc().trace, {"\tCommonModule\\StripEndOfString: ", "\t\t- Passed: a.b", "\t\t- Delimeter: .",
+                              "\t\t- bUseFirstDelimiter=False", "\t\t- Returned: a"});
 }
 
 TEST_F(PathsTest, CommandsOfTheRegistryBecomeFilePaths) {
@@ -87,8 +87,8 @@ TEST_F(PathsTest, CommandsOfTheRegistryBecomeFilePaths) {
     for (const auto& row : rows) EXPECT_EQ(GetRealFilePath(row.given), row.expected) << row.given;
     Pc().trace.clear();
     GetRealFilePath("A.DLL");
-    EXPECT_LINES(Pc().trace, {"\tGetRealFilePath: (bRegistryGuestMode=\tFalse\t)", "\t\t- Passed:  \tA.DLL",
-                              "\t\t- Returned:  \tC:a.dll"});
+    EXPECT_LINES(Pc().trace,
+                 {"\tGetRealFilePath: (bRegistryGuestMode=False)", "\t\t- Passed:  A.DLL", "\t\t- Returned:  C:a.dll"});
 }
 
 TEST_F(PathsTest, FoldersOfTheRunningSystem) {
@@ -100,7 +100,7 @@ TEST_F(PathsTest, FoldersOfTheRunningSystem) {
     EXPECT_FALSE(IsGuestOS("c:"));  // by "windir"
     EXPECT_EQ(GetWinDir(), "C:\\Windows");
     EXPECT_EQ(GetSysDir(), "C:\\Windows\\System32");
-    EXPECT_TRUE(Pc().Traced("IsGuestOS is false, GetWinDir is using GetWindowsDirectory, returns:  \tC:\\Windows"));
+    EXPECT_TRUE(Pc().Traced("IsGuestOS is false, GetWinDir is using GetWindowsDirectory, returns:  C:\\Windows"));
 }
 
 TEST_F(PathsTest, FoldersOfAGuestSystem) {
@@ -156,8 +156,8 @@ TEST_F(PathsTest, TextIsSavedLineByLine) {
     EXPECT_EQ(Pc().FileText(file), "Two\r\n");
     EXPECT_FALSE(SaveTextToFile("relative.txt", "x", true));
     EXPECT_FALSE(SaveTextToFile("Z:\\a\\b.txt", "x", true));
-    EXPECT_LINES(Pc().trace, {"\tSaveTextToFile - Directory does not exist / Cannot create directory:  \t",
-                              "\tSaveTextToFile - Directory does not exist / Cannot create directory:  \tZ:\\a"});
+    EXPECT_LINES(Pc().trace, {"\tSaveTextToFile - Directory does not exist / Cannot create directory:  ",
+                              "\tSaveTextToFile - Directory does not exist / Cannot create directory:  Z:\\a"});
     Pc().trace.clear();
     EXPECT_FALSE(SaveTextToFileNoDebug("Z:\\a\\b.txt", "x", true));
     Pc().Lock(file);

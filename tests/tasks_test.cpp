@@ -121,14 +121,14 @@ TEST_F(TasksTest, SystemRestoreCountsAsOnUnlessTheRegistryDeniesIt) {
 TEST_F(TasksTest, TheTraceTellsWhatBecameOfARestorePoint) {
     CreateRestorePoint("Before");
     EXPECT_LINES(Pc().Journal("wmi"), {"wmi restore point \"Before\" 0 100 -> 0"});
-    EXPECT_TRUE(Pc().Traced("System Restore Point:  \t0"));
+    EXPECT_TRUE(Pc().Traced("System Restore Point:  0"));
     EXPECT_FALSE(Pc().Traced("made none"));
     Pc().AddWmiRow("root\\default", "SystemRestore", {{"SequenceNumber", 50}});  // what comes now does not come last
     CreateRestorePoint("Too soon");
     EXPECT_TRUE(Pc().Traced("the system answered success but made none"));
     Pc().restorePointResult = 1058;
     CreateRestorePoint("Off");
-    EXPECT_TRUE(Pc().Traced("System Restore Point:  \t1058"));
+    EXPECT_TRUE(Pc().Traced("System Restore Point:  1058"));
     Pc().FailWmi("root\\default", "no such name space");
     CreateRestorePoint("None");
     EXPECT_TRUE(Pc().Traced("no such name space"));

@@ -103,8 +103,7 @@ TEST_F(TraceTest, FilesAndFoldersAreToldApart) {
     DoesDirExist("relative");
     EXPECT_EQ(Pc().calls, calls);
     DoesFileExist("C:\\none", true);
-    EXPECT_LINES(Pc().trace,
-                 {"\tCommonModule\\DoesFileExist: \t-1", "\t\t- Passed: \tC:\\none", "\t\t- Returns: \tFalse"});
+    EXPECT_LINES(Pc().trace, {"\tCommonModule\\DoesFileExist: -1", "\t\t- Passed: C:\\none", "\t\t- Returns: False"});
 }
 
 TEST_F(TraceTest, TestsSeeBehindTheRedirection) {

@@ -95,7 +95,7 @@ bool SendByCompanion(const Message& message) {
                      message.attachments};
     std::string error;
     if (SendBySmtp(mail, error)) return true;
-    DebugOutput("SendEmail: SMTP: ", error);
+    DebugOutput("SendEmail: SMTP: " + error);
     return false;
 }
 

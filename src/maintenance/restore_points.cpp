@@ -48,10 +48,10 @@ void CreateRestorePoint(const std::string& name) {
     int32_t returned = 0;
     std::string error;
     if (!pc::WmiCreateRestorePoint(name, applicationInstall, beginSystemChange, returned, error)) {
-        DebugOutput("CreateRestorePoint: ", error);
+        DebugOutput("CreateRestorePoint: " + error);
         return;
     }
-    DebugOutput("System Restore Point:  ", returned);
+    DebugOutput("System Restore Point:  " + NumberText(returned));
     // The system makes at most one in 24 hours by default and answers success all the same.
     if (returned == 0 && NewestRestorePoint() == before)
         DebugOutput("System Restore Point:  the system answered success but made none");

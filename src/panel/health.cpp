@@ -48,7 +48,7 @@ std::optional<AdapterAddress> FirstAddress() {
         },
         error);
     if (status == pc::WmiStatus::failed || status == pc::WmiStatus::timedOut)
-        DebugOutput("Health\\GetInternalIP: ", error);
+        DebugOutput("Health\\GetInternalIP: " + error);
     return first;
 }
 
@@ -83,7 +83,7 @@ void GetInternalIP(Form& form) {
         if (Control* label = form.Find(name)) label->SetColour(found->dhcp ? colourButtonText : colourHighlight);
     if (!found->dhcp) State().bHasStaticIP = true;
     // The label's own caption stays: colour and trace are all that tells a static address.
-    DebugOutput("Health\\GetInternalIP: ", "Object variable or With block variable not set");
+    DebugOutput("Health\\GetInternalIP: Object variable or With block variable not set");
     if (Control* label = form.Find("lblIntIP")) {
         label->SetText(found->address);
         label->SetToolTip(found->caption);

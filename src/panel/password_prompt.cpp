@@ -76,7 +76,7 @@ void SetNewPassword(Form& form) {
         return;
     }
     uint32_t code = pc::SetAccountPassword(pc::Environment("username"), form.Text("Text2"));
-    DebugOutput("frmPW: setting the password answered ", code);
+    DebugOutput("frmPW: setting the password answered " + NumberText(code));
     ClearPasswordPrompt();
     pc::ShowMessage(set);
     UnloadForm(form);

@@ -129,7 +129,7 @@ void DownloadAndRunSupportApp(const std::string& sUrl, const std::string& sParms
 void DownloadAndRun(const SupportDownload& download) {
     std::string path = DownloadPath(download.fileName), folder = GetAppPath() + download.scratchFolder;
     if (path.empty()) {
-        DebugOutput("DownloadAndRun: no name for a download: ", download.fileName);
+        DebugOutput("DownloadAndRun: no name for a download: " + download.fileName);
         return;
     }
     if (IsDownloading()) return;  // a second click: what the first one fetches stays

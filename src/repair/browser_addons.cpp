@@ -84,7 +84,7 @@ Rows ChkSearchScopes() {
                             : "ChkSearchScopes:  Error enumerating HKLM, cannot check for Guest hives!");
     for (const std::string& hive : hives) {
         if (StartsWith(LowerCase(hive), "guest_system")) continue;
-        DebugOutput("ChkSearchScopes: Calling ChkSearchScopesHere on: ", hive);
+        DebugOutput("ChkSearchScopes: Calling ChkSearchScopesHere on: " + hive);
         ChkSearchScopesHere("HKLM", hive, rows);
     }
     return rows;
@@ -130,7 +130,7 @@ void DeleteBHO(const ListRow& row) {
     DeleteBHOKey(location.hive, location.path);
     std::string sKeyPath = location.path;
     if (!StartsWith(LowerCase(sKeyPath), "software\\")) sKeyPath = "Software\\" + sKeyPath;
-    DebugOutput("Delete BHO - Using sKeyPath:  ", sKeyPath);
+    DebugOutput("Delete BHO - Using sKeyPath:  " + sKeyPath);
     DeleteBHOKey(location.hive, sKeyPath);
     int32_t status = 0;
     std::vector<std::string> hives = GuestHives(status);

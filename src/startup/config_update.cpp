@@ -52,7 +52,7 @@ void FetchAndApply(const std::string& address) {
     if (!DownloadFile(address, archive, "", false, false)) return;
     bool sound = UnpackAndCheck(archive);
     if (!sound || !DoesFileExist(folder + "\\Brevanta.ini")) {
-        DebugOutput("ConfigUpdate: the set is not sound or has no settings file", address);
+        DebugOutput("ConfigUpdate: the set is not sound or has no settings file: " + address);
         return;
     }
     RemoveLogosIfReplaced(folder);

@@ -38,7 +38,7 @@ std::string GetWinDir(bool askUser) {
     std::string drive = Target().sTargetDrive;
     if (!IsGuestOS(drive)) {
         std::string folder = pc::WindowsFolder();
-        DebugOutput("IsGuestOS is false, GetWinDir is using GetWindowsDirectory, returns:  ", folder);
+        DebugOutput("IsGuestOS is false, GetWinDir is using GetWindowsDirectory, returns:  " + folder);
         return folder;
     }
     std::string folder;
@@ -101,8 +101,8 @@ std::string GetRealFilePath(const std::string& commandText) {
     text = Without(text, StartsWith(text, "\\??\\") ? "\\??\\" : "\\\\.\\");
     text = Without(Without(text, "globalroot"), "\\\\.\\globalroot");
     text = drive + StripDriveLetter(text);  // a bare name stays a bare name behind the drive
-    DebugOutput("GetRealFilePath: (bRegistryGuestMode=", bRegistryGuestMode, ")");
-    DebugOutput("\t- Passed:  ", commandText);
-    DebugOutput("\t- Returned:  ", text);
+    DebugOutput("GetRealFilePath: (bRegistryGuestMode=" + TraceValue(bRegistryGuestMode).Text() + ")");
+    DebugOutput("\t- Passed:  " + commandText);
+    DebugOutput("\t- Returned:  " + text);
     return text;
 }

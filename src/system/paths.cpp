@@ -15,11 +15,17 @@ namespace {
 // Silent copy and move: no questions, folders made, security left as the target has it.
 constexpr uint32_t quietFlags = 0x0A10, renameOnCollisionFlag = 8, shellCopy = 2;
 
-void Verbose(const char* name, const std::string& passed, const std::string& returned) {
+// Label and value of each detail line of a helper's own trace.
+using Details = std::initializer_list<std::pair<const char*, std::string_view>>;
+
+void Verbose(const char* name, Details details) {
     if (!State().bVerboseTrace) return;
     DebugOutput(std::string("CommonModule\\") + name + ": ");
-    DebugOutput("\t- Passed: ", passed);
-    DebugOutput("\t- Returned: ", returned);
+    for (const auto& [label, value] : details) DebugOutput(std::string("\t- ") + label + std::string(value));
+}
+
+void Verbose(const char* name, const std::string& passed, const std::string& returned) {
+    Verbose(name, {{"Passed: ", passed}, {"Returned: ", returned}});
 }
 
 std::string TrimSides(std::string text, bool left, bool right) {
@@ -34,12 +40,10 @@ size_t FindDelimiter(const std::string& text, const std::string& delimiter, bool
 
 void VerboseDelimiter(const char* name, const std::string& passed, const std::string& delimiter, bool first,
                       const std::string& returned) {
-    if (!State().bVerboseTrace) return;
-    DebugOutput(std::string("CommonModule\\") + name + ": ");
-    DebugOutput("\t- Passed: ", passed);
-    DebugOutput("\t- Delimeter: ", delimiter);
-    DebugOutput("\t- bUseFirstDelimiter=", first);
-    DebugOutput("\t- Returned: ", returned);
+    Verbose(name, {{"Passed: ", passed},
+                   {"Delimeter: ", delimiter},
+                   {"bUseFirstDelimiter=", TraceValue(first).Text()},
+                   {"Returned: ", returned}});
 }
 
 bool AppendText(const std::string& file, const std::string& text, bool overwrite) {
@@ -136,12 +140,7 @@ std::string Strip(std::string text, const std::string& remove) {
         text.erase(at, remove.size());
         at = text.find(remove, at >= remove.size() ? at - remove.size() + 1 : 0);
     }
-    if (State().bVerboseTrace) {
-        DebugOutput("CommonModule\\Strip: ");
-        DebugOutput("\t- Passed: ", passed);
-        DebugOutput("\t- Remove String: ", remove);
-        DebugOutput("\t- Returned: ", text);
-    }
+    Verbose("Strip", {{"Passed: ", passed}, {"Remove String: ", remove}, {"Returned: ", text}});
     return text;
 }
 
@@ -165,24 +164,16 @@ std::string StripBeginningOfString(const std::string& text, const std::string& d
 std::string StripTrailingCharacters(const std::string& text, char character) {
     size_t last = text.find_last_not_of(character);
     std::string result = last == std::string::npos ? "" : text.substr(0, last + 1);
-    if (State().bVerboseTrace) {
-        DebugOutput("CommonModule\\StripTrailingCharacters: ");
-        DebugOutput("\t- Passed: ", text);
-        DebugOutput("\t- sTrailingCharacter: ", std::string(1, character));
-        DebugOutput("\t- Returned: ", result);
-    }
+    Verbose("StripTrailingCharacters",
+            {{"Passed: ", text}, {"sTrailingCharacter: ", {&character, 1}}, {"Returned: ", result}});
     return result;
 }
 
 std::string StripPreceedingCharacters(const std::string& text, char character) {
     size_t first = text.find_first_not_of(character);
     std::string result = first == std::string::npos ? "" : text.substr(first);
-    if (State().bVerboseTrace) {
-        DebugOutput("CommonModule\\StripPreceedingCharacters: ");
-        DebugOutput("\t- Passed: ", text);
-        DebugOutput("\t- sCharacter: ", std::string(1, character));
-        DebugOutput("\t- Returned: ", result);
-    }
+    Verbose("StripPreceedingCharacters",
+            {{"Passed: ", text}, {"sCharacter: ", {&character, 1}}, {"Returned: ", result}});
     return result;
 }
 
@@ -210,7 +201,7 @@ bool SaveTextToFile(const std::string& file, const std::string& text, bool overw
     bool saved = SaveTextToFileNoDebug(file, text, overwrite, noDuplicates);
     std::string folder = StripNameFromPathNoDebug(file);
     if (!saved && !DoesDirExistNoDebug(folder))
-        DebugOutput("SaveTextToFile - Directory does not exist / Cannot create directory:  ", folder);
+        DebugOutput("SaveTextToFile - Directory does not exist / Cannot create directory:  " + folder);
     return saved;
 }
 

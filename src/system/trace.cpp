@@ -16,9 +16,9 @@ bool redirectionSwitched = false;
 bool IsFullPath(const std::string& path) { return path.size() >= 2 && (path[1] == ':' || path[1] == '\\'); }
 
 void TraceTest(const char* name, const std::string& path, bool found) {
-    DebugOutput(name, found ? 0 : -1);
-    DebugOutput("\t- Passed: ", path);
-    DebugOutput("\t- Returns: ", found);
+    DebugOutput(std::string(name) + (found ? "0" : "-1"));
+    DebugOutput("\t- Passed: " + path);
+    DebugOutput("\t- Returns: " + TraceValue(found).Text());
 }
 
 bool IsFolder(const std::string& path) {

@@ -51,7 +51,7 @@ bool UnzipFile(const std::string& zipPath, const std::string& folder, bool bQuie
     ZipExtractionClass reader;
     reader.ZipError = [](int32_t code, const std::string& text) {
         DebugOutput("modZip\\UnzipFile: ");
-        DebugOutput("\t- Error: ", code, text);
+        DebugOutput("\t- Error: " + NumberText(code) + " " + text);
     };
     bool done = reader.OpenZip(zipPath) && reader.Extract(folder, true, true);
     reader.CloseZip();

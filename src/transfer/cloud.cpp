@@ -59,7 +59,7 @@ void LoadTransferForm(Form& form, void (*transfer)(cFTP&)) {
             transfer(mFTP);
             mFTP.CloseConnection();
         }
-        if (!mFTP.GetLastErrorMessage().empty()) DebugOutput("Cloud transfer: ", mFTP.GetLastErrorMessage());
+        if (!mFTP.GetLastErrorMessage().empty()) DebugOutput("Cloud transfer: " + mFTP.GetLastErrorMessage());
     }
     form.Find("Timer1")->SetInterval(100);
     form.SetEnabled("Timer1", true);

@@ -150,7 +150,7 @@ bool DownloadFile(const std::string& url, const std::string& dest, const std::st
                   bool bVisible) {
     // The one that runs lies below on the stack: to wait for it here would be to wait for ever.
     if (IsDownloading()) {
-        DebugOutput("Another download is running, not started:  ", url);
+        DebugOutput("Another download is running, not started:  " + url);
         return false;
     }
     MakeFolderPath(StripNameFromPath(dest));
@@ -171,9 +171,9 @@ bool DownloadFile(const std::string& url, const std::string& dest, const std::st
     UnloadDownloadForm();
     bool there = DoesFileExist(dest);
     if (there) {
-        DebugOutput("Successfully Downloaded:  ", slots.strDownloadURL, " - to - ", dest);
+        DebugOutput("Successfully Downloaded:  " + slots.strDownloadURL + " - to - " + dest);
     } else {
-        DebugOutput("Failed to download:  ", slots.strDownloadURL, " - to - ", dest);
+        DebugOutput("Failed to download:  " + slots.strDownloadURL + " - to - " + dest);
         if (bOfferBrowser &&
             pc::ShowMessage("Failed to download file.  Try again with IE?", "", pc::styleYesNo) == pc::answerYes) {
             pc::ShowMessage("Be sure to save the file as:  " + dest);
