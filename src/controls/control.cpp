@@ -82,7 +82,9 @@ bool Control::Excludes(const Control& other) const {
 }
 
 void Control::SetMaximum(int newMaximum) {
-    maximum = std::max(newMaximum, 1);
+    newMaximum = std::max(newMaximum, 1);
+    if (newMaximum == maximum) return;
+    maximum = newMaximum;
     value = std::min(value, maximum);
     Tell(Change::value);
 }

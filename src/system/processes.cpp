@@ -68,6 +68,14 @@ void TraceKill(const char* procedure, const std::string& name) {
 
 void DoEvents() { pc::PumpMessages(); }
 
+void DoEventsNowAndThen() {
+    constexpr uint32_t interval = 20;
+    static uint32_t last = 0;
+    if (pc::TickCount() - last < interval) return;
+    DoEvents();
+    last = pc::TickCount();
+}
+
 void WaitFor(const std::function<bool()>& done) {
     while (!done()) {
         DoEvents();

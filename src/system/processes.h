@@ -7,6 +7,8 @@
 
 // Handles pending window messages; event handlers run inside.
 void DoEvents();
+// The same inside a loop of short steps: only when 20 ms have passed since the last time, which no hand notices.
+void DoEventsNowAndThen();
 // Polls every 100 ms with DoEvents in between until done() is true.
 void WaitFor(const std::function<bool()>& done);
 // Waits that long with the window alive.

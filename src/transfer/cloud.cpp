@@ -40,7 +40,7 @@ void ShowTransferProgress(Form& form, int32_t bytesDone, int32_t bytesTotal) {
     Control* bar = form.Find("pb");
     bar->SetMaximum(bytesTotal);
     if (bytesDone <= bytesTotal) bar->SetValue(bytesDone);
-    DoEvents();
+    DoEventsNowAndThen();
 }
 
 // What all three do on load; transfer is the part that differs.

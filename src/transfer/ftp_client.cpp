@@ -9,8 +9,8 @@
 
 namespace {
 
-// Progress comes once a block.
-constexpr uint32_t blockSize = 255;
+// Progress comes once a block; the local file is read and written in larger pieces.
+constexpr uint32_t blockSize = 255, pieceSize = 256 * blockSize;
 
 // Days since 1899-12-30 of a file time: milliseconds over a day's, less the days from 1601 on.
 double DateOf(uint64_t fileTime) {
@@ -96,16 +96,20 @@ bool cFTP::FTPUploadFile(const std::string& localGiven, const std::string& remot
     if (!Check(pc::FtpOpenFile(hConnection, remotePath, true, lTransferType, hFile), "FtpOpenFile:PutFile"))
         return false;
     uint64_t total = local.Size(), done = 0;
-    char block[blockSize];
+    std::string piece(pieceSize, '\0');
     bool whole = true;
     while (whole && done < total) {
         auto size = static_cast<uint32_t>(std::min<uint64_t>(blockSize, total - done));
-        auto count = local.Read(block, size);
-        whole = count && *count == size &&
-                Check(pc::FtpWrite(hFile, block, size), size == blockSize ? "InternetWriteFile" : "InternetWriteFile2");
+        auto at = static_cast<size_t>(done % pieceSize);
+        if (at == 0) {
+            auto wanted = static_cast<size_t>(std::min<uint64_t>(pieceSize, total - done));
+            whole = local.Read(piece.data(), wanted) == wanted;
+        }
+        whole = whole && Check(pc::FtpWrite(hFile, piece.data() + at, size),
+                               size == blockSize ? "InternetWriteFile" : "InternetWriteFile2");
         done += size;
         if (!whole || size < blockSize) break;
-        DoEvents();
+        DoEventsNowAndThen();
         Report(done, total);
     }
     hFile.Close();
@@ -123,15 +127,16 @@ bool cFTP::FTPDownloadFile(const std::string& localGiven, const std::string& rem
     pc::File local;
     bool whole = local.Open(localPath, pc::FileMode::write);
     auto total = static_cast<uint32_t>(size);
-    char block[blockSize];
+    std::string piece(pieceSize, '\0');
     for (uint32_t done = 0; whole && done < total;) {
-        uint32_t wanted = std::min(blockSize, total - done);
-        auto count = pc::FtpRead(hFile, block, wanted);
+        uint32_t wanted = std::min(blockSize, total - done), at = done % pieceSize;
+        auto count = pc::FtpRead(hFile, piece.data() + at, wanted);
         Check(count.has_value(), wanted == blockSize ? "InternetReadFile" : "InternetReadFile2");
-        whole = count && *count == wanted && local.Write(block, wanted);
+        whole = count && *count == wanted;
         done += wanted;
+        if (whole && (at + wanted == pieceSize || done == total)) whole = local.Write(piece.data(), at + wanted);
         if (!whole || wanted < blockSize) break;
-        DoEvents();
+        DoEventsNowAndThen();
         Report(done, total);
     }
     bool opened = local.IsOpen();

@@ -164,7 +164,7 @@ bool ZipExtractionClass::Extract(const std::string& folderGiven, bool bKeepFolde
     soundFolders.clear();
     for (size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].size >= 1) ExtractEntry(entries[i], folder, bKeepFolders, bOverwrite);
-        DoEvents();
+        DoEventsNowAndThen();
         bool cancel = false;
         if (Progress) Progress(static_cast<int32_t>((i + 1) * 100 / entries.size()), cancel);
         if (cancel) return false;
@@ -258,9 +258,11 @@ bool ZipExtractionClass::ReadCompressed(const zip::Entry& entry, size_t before, 
 void ZipExtractionClass::Replace(const std::string& target, const std::string& shownName, const ZipBuffer& data,
                                  bool exists) {
     std::string written = target + ".unzip";
-    pc::RemoveFile(written);
     pc::File out;
-    bool whole = out.Open(written, pc::FileMode::createNew) && out.Write(data.bytes.get(), data.size);
+    bool opened = out.Open(written, pc::FileMode::createNew);
+    // Left over from a run that was cut off.
+    if (!opened && pc::RemoveFile(written)) opened = out.Open(written, pc::FileMode::createNew);
+    bool whole = opened && out.Write(data.bytes.get(), data.size);
     out.Close();
     if (whole && pc::MovePath(written, target, true)) return;
     if (whole && exists) {

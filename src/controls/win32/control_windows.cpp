@@ -1,5 +1,6 @@
 // Makes the windows of controls by a table of kinds, keeps them up with the model, and brings the user's doings to it.
 #include <algorithm>
+#include <utility>
 
 #include "controls/win32/host.h"
 #include "platform/win32/wide.h"
@@ -215,6 +216,14 @@ void ApplyTimer(const Control& control) {
         KillTimer(form, TimerId(control));
 }
 
+// A transfer sets the bar for every block; the window is asked only when it shows.
+bool MovesBar(ControlWindow& view) {
+    const Control& bar = view.control;
+    int steps = bar.Place().width / 15;  // a pixel at 100 %
+    int64_t shown = int64_t{bar.Maximum()} << 32 | int64_t{bar.Value()} * steps / bar.Maximum();
+    return std::exchange(view.barShown, shown) != shown;
+}
+
 void ShowValue(ControlWindow& view) {
     const Control& control = view.control;
     auto value = static_cast<WPARAM>(control.Value());
@@ -225,9 +234,9 @@ void ShowValue(ControlWindow& view) {
             RefreshTabStops(view.form);
             break;
         case Kind::progress:
+            if (!MovesBar(view)) break;
             SendMessageW(view.window, PBM_SETRANGE32, 0, control.Maximum());
             SendMessageW(view.window, PBM_SETPOS, value, 0);
-            UpdateWindow(view.window);
             break;
         case Kind::sideBar: LayoutSideBar(view); break;
         default: ShowSelection(view); break;

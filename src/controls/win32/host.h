@@ -46,7 +46,8 @@ struct ControlWindow {
     WNDPROC original = nullptr;
     bool hot = false;  // pointer upon it
     bool pressed = false;
-    bool quiet = false;  // the program changes it: what the window tells is no doing of the user
+    int64_t barShown = -1;  // range and pixel of a progress bar
+    bool quiet = false;     // the program changes it: what the window tells is no doing of the user
     std::unique_ptr<Picture> picture;
     std::shared_ptr<SideBarView> sideBar;
     std::shared_ptr<BrowserView> browser;
