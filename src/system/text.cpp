@@ -105,7 +105,15 @@ std::string UpperCase(std::string_view text) {
     });
 }
 
-bool EqualNoCase(std::string_view left, std::string_view right) { return LowerCase(left) == LowerCase(right); }
+bool EqualNoCase(std::string_view left, std::string_view right) {
+    if (left.size() != right.size()) return false;  // both forms of a letter are equally long
+    for (size_t i = 0; i < left.size(); ++i) {
+        if (LowerAscii(left[i]) == LowerAscii(right[i])) continue;
+        bool isAscii = static_cast<unsigned char>(left[i] | right[i]) < 0x80;
+        return !isAscii && LowerCase(left.substr(i)) == LowerCase(right.substr(i));
+    }
+    return true;
+}
 
 bool ContainsNoCase(std::string_view text, std::string_view part) {
     return LowerCase(text).find(LowerCase(part)) != std::string::npos;

@@ -55,7 +55,10 @@ class Pc:
     """
 
     def __init__(self, arch="win64", hosts=(), ca=None, display=None, traced=True):
-        self.session = pathlib.Path(tempfile.mkdtemp(prefix="brevanta-pc-"))
+        # Beside the clean drive, whose files it shares: another file system could not.
+        sessions = pathlib.Path(os.environ["BREVANTA_WINE"], "sessions")
+        sessions.mkdir(exist_ok=True)
+        self.session = pathlib.Path(tempfile.mkdtemp(dir=sessions))
         self.children = []
         self.counter = 0
         try:
@@ -258,6 +261,10 @@ class Form:
     def control(self, name):
         """name, class, text, visible, enabled, focus, checked, tabStop, rect (pixels in the form), parent."""
         return self.pc.ask("describe", self.name, name)
+
+    def wait_shown(self, name):
+        """A page's controls are made when it is first shown."""
+        wait(lambda: self.controls().get(name, {}).get("visible"), name)
 
     def title(self):
         return self.pc.ask("text", self.name, "")

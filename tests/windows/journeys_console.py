@@ -14,10 +14,10 @@ class ConsoleJourney(Journey):
         console.type("txtAppName", "Harbour PC Care")
         console.type("txtPhone", "555-0142")
         console.click("SideBar.1.2")
-        wait(lambda: console.control("chkNewInterface")["visible"], "the skins page")
+        console.wait_shown("chkNewInterface")
         console.check("chkNewInterface")
         console.click("SideBar.1.8")
-        wait(lambda: console.control("txtName")["visible"], "the apps page")
+        console.wait_shown("txtName")
         for name in ("Second", "First"):
             console.type("txtName", name)
             console.type("txtFileName(0)", name + ".exe")

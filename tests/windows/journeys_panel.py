@@ -39,7 +39,7 @@ class PanelJourney(Journey):
         self.assertEqual(panel.title(), "Harbour PC Care  -  Support Control Panel    v4.2")
         self.assertTrue(panel.control("AlphaImgCtl1")["visible"])
         panel.click("SideBar.2.1")
-        wait(lambda: panel.control("cmdSaveRP")["visible"], "the restore point page")
+        panel.wait_shown("cmdSaveRP")
         panel.type("txtRPName(1)", "Nightly")
         panel.click("cmdSaveRP")
         self.pc.box("Schedule Saved!").answer(OK)

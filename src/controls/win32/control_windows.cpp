@@ -190,7 +190,8 @@ HWND CreateControl(FormWindow& form, Control& control) {
 void RaiseOverlapping(const FormWindow& form) {
     for (auto& upper : form.form.Controls()) {
         Kind kind = upper->GetKind();
-        if ((kind != Kind::image && kind != Kind::picture) || !WindowOfControl(*upper)) continue;
+        ControlWindow* view = WindowOfControl(*upper);
+        if ((kind != Kind::image && kind != Kind::picture) || !view || view->isFinished) continue;
         for (auto& lower : form.form.Controls()) {
             if (lower == upper) break;
             if (!WindowOfControl(*lower) || !EqualNoCase(lower->Container(), upper->Container())) continue;
@@ -199,8 +200,7 @@ void RaiseOverlapping(const FormWindow& form) {
                          b.top + b.height <= a.top;
             if (apart) continue;
             HWND above = GetWindow(WindowOfControl(*lower)->window, GW_HWNDPREV);
-            SetWindowPos(WindowOfControl(*upper)->window, above ? above : HWND_TOP, 0, 0, 0, 0,
-                         SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+            SetWindowPos(view->window, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
             break;
         }
     }
@@ -272,6 +272,13 @@ void TakeFocus(ControlWindow& view) {
         view.form.lastFocus = view.window;
 }
 
+// The windows of a page are made when it is first shown: the console has fifteen pages and shows one.
+bool IsOnHiddenPage(const Control& control) {
+    const Control* container = control.Owner().Find(control.Container());
+    if (!container) return false;
+    return (container->GetKind() == Kind::picture && !container->Visible()) || IsOnHiddenPage(*container);
+}
+
 void EnableControl(ControlWindow& view) {
     EnableWindow(view.window, view.control.Enabled());
     InvalidateRect(view.window, nullptr, TRUE);
@@ -292,22 +299,21 @@ ControlWindow* ControlOf(HWND window) {
 
 void CreateControls(FormWindow& form) {
     for (auto& control : form.form.Controls()) {
-        if (HasTimer(*control))
-            ApplyTimer(*control);
-        else
-            CreateControl(form, *control);
+        if (HasTimer(*control) || IsOnHiddenPage(*control)) continue;
+        CreateControl(form, *control);
     }
     RaiseOverlapping(form);
-    RefreshFonts(form);
-    PlaceAllControls(form);
-    for (auto& control : form.form.Controls())
-        if (ControlWindow* view = WindowOfControl(*control)) {
-            Quiet quiet(*view);
-            ShowItems(*view);
-            ShowValue(*view);
-            FitListColumns(*view);
-        }
-    RefreshVisibility(form);
+    for (auto& control : form.form.Controls()) {
+        ControlWindow* view = WindowOfControl(*control);
+        if (!view || view->isFinished) continue;
+        Quiet quiet(*view);
+        SendMessageW(view->window, WM_SETFONT, reinterpret_cast<WPARAM>(FontFor(*view)), FALSE);
+        PlaceControl(*view);
+        ShowItems(*view);
+        ShowValue(*view);
+        FitListColumns(*view);
+        view->isFinished = true;
+    }
 }
 
 void RefreshFonts(FormWindow& form) {
@@ -316,6 +322,10 @@ void RefreshFonts(FormWindow& form) {
             Quiet quiet(*view);
             SendMessageW(view->window, WM_SETFONT, reinterpret_cast<WPARAM>(FontFor(*view)), FALSE);
         }
+    RefreshToolTips(form);
+}
+
+void RefreshToolTips(FormWindow& form) {
     SendMessageW(form.toolTips, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(form.dpi, 0)), FALSE);
     SendMessageW(form.toolTips, TTM_SETMAXTIPWIDTH, 0, Scaled(400, form.dpi));
 }
@@ -344,6 +354,7 @@ COLORREF PlainTextOn(HWND window) {
 bool FocusIsVisible(HWND window) { return !(SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS); }
 
 void RefreshTabStops(FormWindow& form) {
+    if (!form.placed) return;  // done once, when the form is shown
     auto& controls = form.form.Controls();
     for (auto& control : controls) {
         ControlWindow* view = WindowOfControl(*control);
@@ -356,7 +367,8 @@ void RefreshTabStops(FormWindow& form) {
                           return other->Value() != 0 && control->Excludes(*other);
                       });
         LONG style = GetWindowLongW(view->window, GWL_STYLE);
-        SetWindowLongW(view->window, GWL_STYLE, reached ? style | WS_TABSTOP : style & ~WS_TABSTOP);
+        LONG wanted = reached ? style | WS_TABSTOP : style & ~WS_TABSTOP;
+        if (wanted != style) SetWindowLongW(view->window, GWL_STYLE, wanted);
     }
 }
 
@@ -368,7 +380,13 @@ void Update(Control& control, Change change) {
     Quiet quiet(view);
     switch (change) {
         case Change::text: ShowText(view); break;
-        case Change::visible: RefreshVisibility(view.form); break;
+        case Change::visible:
+            if (control.GetKind() == Kind::picture && control.Visible()) {
+                CreateControls(view.form);
+                RefreshTabStops(view.form);
+            }
+            RefreshVisibility(view.form);
+            break;
         case Change::enabled: EnableControl(view); break;
         case Change::value: ShowValue(view); break;
         case Change::look: ShowLook(view); break;

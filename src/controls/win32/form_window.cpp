@@ -291,7 +291,10 @@ void Create(Form& form) {
     form.hostData = reinterpret_cast<intptr_t>(&made);
     SetWindowLongPtrW(made.window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&made));
     SendMessageW(made.window, WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0), 0);
+    RefreshToolTips(made);
     CreateControls(made);
+    for (auto& control : form.Controls())
+        if (control->GetKind() == Kind::timer) Update(*control, Change::timer);
     if (!form.Icon().empty()) UpdateIcon(form);
 }
 
@@ -324,9 +327,10 @@ void SetShown(Form& form, bool shown) {
         return;
     }
     if (form.Modal()) SetOwnerForModal(*view);
-    RefreshTabStops(*view);
     if (!view->placed) {
         PlaceFormFirst(*view);
+        RefreshTabStops(*view);
+        RefreshVisibility(*view);
         for (auto& control : form.Controls())
             if (ControlWindow* bar = WindowOfControl(*control); bar && control->GetKind() == Kind::sideBar)
                 RebuildSideBar(*bar);

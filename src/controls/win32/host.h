@@ -44,7 +44,8 @@ struct ControlWindow {
     FormWindow& form;
     HWND window = nullptr;
     WNDPROC original = nullptr;
-    bool hot = false;  // pointer upon it
+    bool isFinished = false;  // shows all that the model has
+    bool hot = false;         // pointer upon it
     bool pressed = false;
     int64_t barShown = -1;  // range and pixel of a progress bar
     bool quiet = false;     // the program changes it: what the window tells is no doing of the user
@@ -81,6 +82,7 @@ void CreateControls(FormWindow& form);
 UINT_PTR TimerId(const Control& control);
 // Fonts after a change of resolution or of the system's settings.
 void RefreshFonts(FormWindow& form);
+void RefreshToolTips(FormWindow& form);
 unsigned FontStyle(const Control& control);
 HFONT FontFor(const ControlWindow& view);
 // Colour behind a child window, and of plain text upon it.

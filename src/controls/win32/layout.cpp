@@ -1,5 +1,6 @@
 // Where windows stand and which are seen: twips to pixels, pages upon their neighbours, forms on the screen, scrolling.
 #include <algorithm>
+#include <span>
 
 #include "controls/win32/host.h"
 #include "platform/win32/lookup.h"
@@ -17,15 +18,10 @@ bool Contains(const Box& outer, const Box& inner) {
 }
 
 // A page that stands later in the table and is shown lies upon the control.
-bool IsCovered(const Control& control) {
-    bool later = false;
-    for (auto& other : control.Owner().Controls()) {
-        if (later && other->GetKind() == Kind::picture && other->Visible() &&
-            EqualNoCase(other->Container(), control.Container()) && Contains(other->Place(), control.Place()))
-            return true;
-        if (other.get() == &control) later = true;
-    }
-    return false;
+bool IsCovered(const Control& control, std::span<const Control* const> laterPages) {
+    return std::any_of(laterPages.begin(), laterPages.end(), [&](const Control* page) {
+        return EqualNoCase(page->Container(), control.Container()) && Contains(page->Place(), control.Place());
+    });
 }
 
 bool FollowsEdges(const Form& form) {
@@ -111,10 +107,16 @@ void PlaceAllControls(FormWindow& form) {
 }
 
 void RefreshVisibility(FormWindow& form) {
+    if (!form.placed) return;  // done once, when the form is shown
+    std::vector<const Control*> pages;
+    for (auto& control : form.form.Controls())
+        if (control->GetKind() == Kind::picture && control->Visible()) pages.push_back(control.get());
+    size_t passed = 0;
     for (auto& control : form.form.Controls()) {
+        if (passed < pages.size() && pages[passed] == control.get()) ++passed;
         ControlWindow* view = WindowOfControl(*control);
         if (!view) continue;
-        bool shown = control->Visible() && !IsCovered(*control);
+        bool shown = control->Visible() && !IsCovered(*control, std::span(pages).subspan(passed));
         bool isShown = (GetWindowLongW(view->window, GWL_STYLE) & WS_VISIBLE) != 0;
         if (shown != isShown) ShowWindow(view->window, shown ? SW_SHOWNA : SW_HIDE);
     }
