@@ -110,7 +110,7 @@ bool EqualNoCase(std::string_view left, std::string_view right) {
     for (size_t i = 0; i < left.size(); ++i) {
         if (LowerAscii(left[i]) == LowerAscii(right[i])) continue;
         bool isAscii = static_cast<unsigned char>(left[i] | right[i]) < 0x80;
-        return !isAscii && LowerCase(left.substr(i)) == LowerCase(right.substr(i));
+        return !isAscii && LowerCase(left) == LowerCase(right);
     }
     return true;
 }
