@@ -53,13 +53,6 @@ TEST_F(FindAndMoveTest, ALinkToAFolderIsNotEntered) {
     EXPECT_LINES(Find("C:\\f", "*.*"), {"C:\\f\\own.txt", "C:\\f\\zlink.txt"});
 }
 
-TEST_F(FindAndMoveTest, ATreeBeyond260CharactersIsWalked) {
-    std::string folder = "C:";
-    for (int i = 0; i < 300; ++i) folder += "\\d";
-    Pc().AddFile(folder + "\\deep.txt");
-    EXPECT_LINES(Find("C:\\d", "deep.*"), {folder + "\\deep.txt"});
-}
-
 TEST_F(FindAndMoveTest, ALongSearchLetsTheWindowLiveAndCanBeCancelled) {
     for (int i = 0; i < 20000; ++i) Pc().AddFile("C:\\f\\" + std::to_string(i % 7) + "\\" + std::to_string(i) + ".txt");
     State().bCancelSearch = true;  // left from an earlier search

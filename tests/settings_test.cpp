@@ -73,44 +73,6 @@ TEST_F(SettingsTest, ValuesAreCutAt254Characters) {
     EXPECT_EQ(CharacterCount(Setting("Branding", "Wide")), 254u);
 }
 
-TEST_F(SettingsTest, AWriteThatCannotBeDoneLosesNothing) {
-    Pc().AddFile(file, "[General]\r\nLastMaintenance=yes\r\n", pc::attributeReadOnly);
-    EXPECT_FALSE(WriteSetting("General", "LastMaintenance", "no"));
-    EXPECT_EQ(Setting("General", "LastMaintenance"), "yes");
-    EXPECT_JOURNAL({});
-    Pc().Lock("C:\\Panel\\Brevanta.ini");
-    EXPECT_EQ(Setting("General", "LastMaintenance"), "");
-}
-
-TEST_F(SettingsTest, ADamagedFileReadsAsFarAsItCanBeRead) {
-    std::string noise;
-    for (uint32_t i = 0, seed = 1; i < 20000; ++i) noise += static_cast<char>((seed = seed * 1103515245 + 12345) >> 16);
-    const std::string sound = "[Branding]\r\nAppName=Doe\r\n";
-    struct {
-        const char* name;
-        std::string bytes, appName;
-    } rows[] = {
-        {"empty", "", ""},
-        {"random bytes", noise, ""},
-        {"random bytes ahead", noise + "\r\n" + sound, "Doe"},
-        {"no section", "AppName=Doe\r\n", ""},
-        {"section not closed", "[Branding\r\nAppName=Doe\r\n", ""},
-        {"no line end", "[Branding]\r\nAppName=Doe", "Doe"},
-        {"bare line feeds", "[Branding]\nAppName=Doe\n", "Doe"},
-        {"no equals sign", "[Branding]\r\nAppName\r\n", ""},
-        {"comment", "[Branding]\r\n;AppName=No\r\nAppName=Doe\r\n", "Doe"},
-        {"twice", sound + "AppName=Second\r\n" + sound, "Doe"},
-        {"byte order mark hides the first section only", "\xEF\xBB\xBF[Other]\r\nAppName=No\r\n" + sound, "Doe"},
-        {"100,000 keys", "[Other]\r\n" + ReplaceAll(std::string(100000, '#'), "#", "key=0123456789abcd\r\n") + sound,
-         "Doe"},
-        {"10 MB in one line", "[Other]\r\nkey=" + std::string(10 << 20, 'x') + "\r\n" + sound, "Doe"}};
-    for (const auto& row : rows) {
-        Pc().AddFile(file, row.bytes);
-        EXPECT_EQ(Setting("Branding", "AppName"), row.appName) << row.name;
-        EXPECT_EQ(Pc().FileText(file), row.bytes) << row.name;
-    }
-}
-
 TEST_F(SettingsTest, AnEmptyOrMissingOverrideLeavesTheBuiltInText) {
     EXPECT_EQ(LanguageText("Misc", "Close", "Close"), "Close");
     EXPECT_EQ(Pc().profileReads, 0);

@@ -7,7 +7,6 @@
 #include <windows.h>
 // behind windows.h
 #include <commctrl.h>
-#include <tlhelp32.h>
 
 #include <algorithm>
 #include <map>
@@ -164,9 +163,8 @@ std::string Described(HWND window, HWND form) {
                    Pair("text", Quoted(TextOf(window))), Pair("visible", Truth(IsWindowVisible(window))),
                    Pair("enabled", Truth(IsWindowEnabled(window))), Pair("focus", Truth(FocusOf(form) == window)),
                    Pair("checked", Number(checkable ? (long long)Ask(window, BM_GETCHECK) : 0)),
-                   Pair("tabStop", Truth(style & WS_TABSTOP)), Pair("style", Number(style)),
-                   Pair("id", Number(GetWindowLongW(window, GWL_ID))), Pair("handle", Number((UINT_PTR)window)),
-                   Pair("parent", Quoted(NameOf(GetParent(window)))), Pair("pid", Number(ProcessOf(window))),
+                   Pair("tabStop", Truth(style & WS_TABSTOP)), Pair("id", Number(GetWindowLongW(window, GWL_ID))),
+                   Pair("handle", Number((UINT_PTR)window)),
                    Pair("rect", List({Number(r.left), Number(r.top), Number(r.right), Number(r.bottom)}))});
 }
 
@@ -183,16 +181,17 @@ struct Remote {
     }
     Remote(const Remote&) = delete;
     Remote& operator=(const Remote&) = delete;
-    // Sends with a copy of the structure there; text is the place in it that takes the answer's address.
-    template <class T>
-    std::string AskText(HWND window, UINT message, WPARAM wParam, T structure, wchar_t* T::*text) {
-        wchar_t answer[2048] = L"";
-        structure.*text = (wchar_t*)(memory + 1024);
-        WriteProcessMemory(process, memory, &structure, sizeof structure, nullptr);
-        WriteProcessMemory(process, memory + 1024, answer, sizeof(wchar_t), nullptr);
-        Ask(window, message, wParam, (LPARAM)memory);
-        ReadProcessMemory(process, memory + 1024, answer, sizeof answer, nullptr);
-        return Utf8(answer);
+    std::string CellText(HWND list, WPARAM row, int column) {
+        wchar_t text[2048] = L"";
+        LVITEMW item{};
+        item.iSubItem = column;
+        item.pszText = (wchar_t*)(memory + 1024);
+        item.cchTextMax = 2048;
+        WriteProcessMemory(process, memory, &item, sizeof item, nullptr);
+        WriteProcessMemory(process, item.pszText, text, sizeof(wchar_t), nullptr);
+        Ask(list, LVM_GETITEMTEXTW, row, (LPARAM)memory);
+        ReadProcessMemory(process, item.pszText, text, sizeof text, nullptr);
+        return Utf8(text);
     }
 };
 
@@ -286,39 +285,25 @@ std::string Select(HWND window, int index) {
     return Ok();
 }
 
-// {"columns": [text], "rows": [{"cells": [text], "checked": truth, "selected": truth}]} of a list view.
+// {"rows": [{"cells": [text], "checked": truth}]} of a list view.
 std::string Rows(HWND window) {
     Remote remote(window);
-    HWND header = (HWND)Ask(window, LVM_GETHEADER);
-    LRESULT columnCount = header ? Ask(header, HDM_GETITEMCOUNT) : 1;
+    LRESULT columnCount = Ask((HWND)Ask(window, LVM_GETHEADER), HDM_GETITEMCOUNT);
     LRESULT rowCount = Ask(window, LVM_GETITEMCOUNT);
-    Fields columns, rows;
-    for (LRESULT c = 0; c < columnCount; ++c) {
-        LVCOLUMNW column{};
-        column.mask = LVCF_TEXT;
-        column.cchTextMax = 2048;
-        columns.push_back(Quoted(remote.AskText(window, LVM_GETCOLUMNW, (WPARAM)c, column, &LVCOLUMNW::pszText)));
-    }
+    Fields rows;
     for (LRESULT r = 0; r < rowCount; ++r) {
         Fields cells;
-        for (LRESULT c = 0; c < columnCount; ++c) {
-            LVITEMW item{};
-            item.iSubItem = (int)c;
-            item.cchTextMax = 2048;
-            cells.push_back(Quoted(remote.AskText(window, LVM_GETITEMTEXTW, (WPARAM)r, item, &LVITEMW::pszText)));
-        }
-        UINT state = (UINT)Ask(window, LVM_GETITEMSTATE, (WPARAM)r, LVIS_STATEIMAGEMASK | LVIS_SELECTED);
-        rows.push_back(Object({Pair("cells", List(cells)), Pair("checked", Truth((state >> 12) == 2)),
-                               Pair("selected", Truth(state & LVIS_SELECTED))}));
+        for (LRESULT c = 0; c < columnCount; ++c) cells.push_back(Quoted(remote.CellText(window, (WPARAM)r, (int)c)));
+        UINT state = (UINT)Ask(window, LVM_GETITEMSTATE, (WPARAM)r, LVIS_STATEIMAGEMASK);
+        rows.push_back(Object({Pair("cells", List(cells)), Pair("checked", Truth((state >> 12) == 2))}));
     }
-    return Ok(Object({Pair("columns", List(columns)), Pair("rows", List(rows))}));
+    return Ok(Object({Pair("rows", List(rows))}));
 }
 
-const std::map<std::string, WORD> keyCodes = {
-    {"Tab", VK_TAB},       {"Enter", VK_RETURN},  {"Escape", VK_ESCAPE}, {"Space", VK_SPACE},  {"Up", VK_UP},
-    {"Down", VK_DOWN},     {"Left", VK_LEFT},     {"Right", VK_RIGHT},   {"Home", VK_HOME},    {"End", VK_END},
-    {"Delete", VK_DELETE}, {"Back", VK_BACK},     {"Shift", VK_SHIFT},   {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},
-    {"PageUp", VK_PRIOR},  {"PageDown", VK_NEXT}, {"F1", VK_F1},         {"F4", VK_F4},        {"F5", VK_F5}};
+const std::map<std::string, WORD> keyCodes = {{"Tab", VK_TAB},     {"Enter", VK_RETURN}, {"Escape", VK_ESCAPE},
+                                              {"Space", VK_SPACE}, {"Up", VK_UP},        {"Down", VK_DOWN},
+                                              {"Left", VK_LEFT},   {"Home", VK_HOME},    {"Shift", VK_SHIFT},
+                                              {"Alt", VK_MENU},    {"F4", VK_F4}};
 
 // Real key strokes into the form in front: "Tab", "Shift+Tab", "Alt+F".
 std::string Keys(HWND window, const std::string& combination) {
@@ -344,7 +329,6 @@ std::string Keys(HWND window, const std::string& combination) {
 }
 
 std::string Move(HWND window, const Fields& f) {
-    if (f.size() < 6) return Failed("form, control, x, y, width, height");
     return Ok(Truth(SetWindowPos(window, nullptr, std::atoi(f[2].c_str()), std::atoi(f[3].c_str()),
                                  std::atoi(f[4].c_str()), std::atoi(f[5].c_str()), SWP_NOZORDER | SWP_NOACTIVATE)));
 }
@@ -355,7 +339,6 @@ std::map<DWORD, HANDLE> started;  // kept open: the exit code is asked later
 
 // Fields: command line, folder to start in (may be empty), file that takes its output (may be empty).
 std::string Start(const Fields& f) {
-    if (f.size() < 3) return Failed("command line, folder, output file");
     std::wstring command = Wide(f[0]), folder = Wide(f[1]), output = Wide(f[2]);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
@@ -380,40 +363,17 @@ std::string Start(const Fields& f) {
 
 // Exit code of a started process, null while it runs.
 std::string ExitCode(const Fields& f) {
-    auto process = started.find(f.empty() ? 0 : (DWORD)std::strtoul(f[0].c_str(), nullptr, 10));
-    if (process == started.end()) return Failed("not started here");
+    HANDLE process = started.at((DWORD)std::strtoul(f[0].c_str(), nullptr, 10));
     DWORD code = 0;
-    if (WaitForSingleObject(process->second, 0) == WAIT_TIMEOUT) return Ok("null");
-    GetExitCodeProcess(process->second, &code);
+    if (WaitForSingleObject(process, 0) == WAIT_TIMEOUT) return Ok("null");
+    GetExitCodeProcess(process, &code);
     return Ok(Number(code));
-}
-
-std::string Kill(const Fields& f) {
-    auto process = started.find(f.empty() ? 0 : (DWORD)std::strtoul(f[0].c_str(), nullptr, 10));
-    if (process == started.end()) return Failed("not started here");
-    return Ok(Truth(TerminateProcess(process->second, 1)));
-}
-
-// [{"pid", "parent", "name"}] of all processes of the PC.
-std::string Processes(const Fields&) {
-    Fields list;
-    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry)) {
-        list.push_back(
-            Object({Pair("pid", Number(entry.th32ProcessID)), Pair("parent", Number(entry.th32ParentProcessID)),
-                    Pair("name", Quoted(Utf8(entry.szExeFile)))}));
-    }
-    CloseHandle(snapshot);
-    return Ok(List(list));
 }
 
 // --- Tables of commands ---------------------------------------------------------------------------------------------
 
 const std::map<std::string, std::string (*)(const Fields&)> plainCommands = {
-    {"forms", Forms},       {"boxes", Boxes}, {"start", Start},
-    {"exitcode", ExitCode}, {"kill", Kill},   {"processes", Processes}};
+    {"forms", Forms}, {"boxes", Boxes}, {"start", Start}, {"exitcode", ExitCode}};
 
 // These take a form ("@handle" for a window without a name) and a control (may be empty) as their first fields.
 const std::map<std::string, std::string (*)(HWND, const Fields&)> windowCommands = {
@@ -428,7 +388,6 @@ const std::map<std::string, std::string (*)(HWND, const Fields&)> windowCommands
     {"rows", [](HWND w, const Fields&) { return Rows(w); }},
     {"checkrow",
      [](HWND w, const Fields& f) {
-         if (f.size() < 4) return Failed("form, control, row, 0 or 1");
          SetRowState(w, (WPARAM)std::atoi(f[2].c_str()), f[3] == "1" ? 0x2000u : 0x1000u, LVIS_STATEIMAGEMASK);
          return Ok();
      }},

@@ -3,6 +3,7 @@
 Nothing here sleeps for a fixed time: what must come true is polled with a limit (wait).
 Run through ./dev test, which gives the tests a network of their own; servers may take any port of 127.0.0.1 there.
 """
+import io
 import json
 import os
 import pathlib
@@ -14,6 +15,7 @@ import sys
 import tempfile
 import time
 import unittest
+import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 OUT = ROOT / "out"
@@ -41,6 +43,15 @@ def wait(condition, what, limit=LIMIT):
         if time.monotonic() > end:
             raise AssertionError(f"waited {limit:g} s in vain for {what}")
         time.sleep(0.01)
+
+
+def archive(files):
+    """Bytes of a zip archive: name -> content, in their order."""
+    data = io.BytesIO()
+    with zipfile.ZipFile(data, "w", zipfile.ZIP_DEFLATED) as packed:
+        for name, content in files.items():
+            packed.writestr(name, content)
+    return data.getvalue()
 
 
 class DriverError(AssertionError):
@@ -245,9 +256,6 @@ class Program:
         """Its exit code."""
         return wait(lambda: (c := self.exit_code()) is not None and [c], f"process {self.pid} to end", limit)[0]
 
-    def kill(self):
-        self.pc.ask("kill", self.pid)
-
 
 class Form:
     """A visible form; controls are named as in the product, items of a sidebar "sideBar.1.2"."""
@@ -259,7 +267,7 @@ class Form:
         return {c["name"]: c for c in self.pc.ask("dump", self.name, "")["controls"] if c["name"]}
 
     def control(self, name):
-        """name, class, text, visible, enabled, focus, checked, tabStop, rect (pixels in the form), parent."""
+        """name, class, text, visible, enabled, focus, checked, tabStop, rect (pixels in the form)."""
         return self.pc.ask("describe", self.name, name)
 
     def wait_shown(self, name):
@@ -349,6 +357,13 @@ class Journey(unittest.TestCase):
     def setUp(self):
         self.pc = Pc(self.arch)
         self.addCleanup(self.pc.close)
+
+    def start_panel(self, form="frmMain"):
+        """The panel as soon as it has measured the PC: its program and its form."""
+        program = self.pc.start()
+        panel = self.pc.form(form, 60)
+        wait(lambda: panel.text("lblUAC") != "---" and panel.text("txtStatus") == "", "the PC to be measured", 60)
+        return program, panel
 
     def _callTestMethod(self, method):
         try:

@@ -56,10 +56,7 @@ class DialogJourney(Journey):
 
     def panel(self, two=0):
         self.prepare(two)
-        program = self.pc.start()
-        panel = self.pc.form("frmMain", 60)
-        wait(lambda: panel.text("lblUAC") != "---", "the health display")
-        return program, panel
+        return self.start_panel()
 
     def test_client_data(self):
         self.prepare()

@@ -34,11 +34,14 @@ class Mailbox:
 
 class MailJourney(Journey):
     def send(self, tls=0):
+        """Sends from the form to a server of its own; that server's mailbox."""
+        mailbox = Mailbox()
+        server = Controller(mailbox, hostname="127.0.0.1", port=2525)
+        server.start()
+        self.addCleanup(server.stop)
         self.pc.install("Brevanta.exe")
         self.pc.write_settings(SETTINGS.format(tls=tls))
-        self.pc.start()
-        panel = self.pc.form("frmMain", 60)
-        wait(lambda: panel.text("lblUAC") != "---", "the health display")
+        _, panel = self.start_panel()
         panel.click("cmdEmailSupport")
         form = self.pc.form("frmEmail", 30)
         form.type("txtName", "Ann")
@@ -47,13 +50,10 @@ class MailJourney(Journey):
         form.type("txtBody", "Schön\r\n.\r\nlone dot")
         self.pc.screenshot("support-mail")
         form.click("Command1")
+        return mailbox
 
     def test_mail_with_report_and_picture_arrives_whole(self):
-        mailbox = Mailbox()
-        server = Controller(mailbox, hostname="127.0.0.1", port=2525)
-        server.start()
-        self.addCleanup(server.stop)
-        self.send()
+        mailbox = self.send()
         self.pc.box("Email sent!", 60).answer(OK)
         self.assertEqual([e.rcpt_tos for e in mailbox.envelopes], [["tech@example.org"]])
         message = email.message_from_bytes(mailbox.envelopes[0].content)
@@ -70,11 +70,7 @@ class MailJourney(Journey):
         self.assertFalse((self.pc.folder / "Info.zip").exists())
 
     def test_without_a_server_or_its_tls_nothing_is_sent_and_the_mail_program_takes_over(self):
-        mailbox = Mailbox()
-        server = Controller(mailbox, hostname="127.0.0.1", port=2525)  # offers no STARTTLS
-        server.start()
-        self.addCleanup(server.stop)
-        self.send(tls=1)
+        mailbox = self.send(tls=1)  # the server offers no STARTTLS
         wait(lambda: any("Email failed to send." in line for line in self.pc.trace()), "the failure", 60)
         self.pc.form("frmMain", 30)
         self.assertEqual(mailbox.envelopes, [])

@@ -1,13 +1,13 @@
 """The maintenance button: what a client's click removes, what it leaves alone, and what it writes down."""
 import os
 
-from harness import CANCEL, OK, Journey, wait
+from harness import OK, Journey
 
 PROFILES = ["Anna", "Jörg 100%; x", "Жанна"]
 SETTINGS = """
 [Branding]
 AppName=Harbour PC Care
-UseNewInterface={new}
+UseNewInterface=1
 [Maint]
 DelTemps=1
 DelTempInternet=1
@@ -73,15 +73,6 @@ class MaintenanceJourney(Journey):
         (self.pc.drive / "windows/temp").mkdir(exist_ok=True)
         (self.pc.drive / "windows/temp/w.tmp").write_text("x")
 
-    def start_panel(self, new):
-        self.plant()
-        self.pc.install("Brevanta.exe")
-        self.pc.write_settings(SETTINGS.format(new=int(new)))
-        self.pc.start()
-        panel = self.pc.form("frmMainNew" if new else "frmMain", 60)
-        wait(lambda: panel.text("lblUAC") != "---", "the health display")
-        return panel
-
     def ini(self, name, key):
         for line in (self.pc.folder / name).read_text("cp1252").splitlines():
             if line.startswith(key + "="):
@@ -89,11 +80,13 @@ class MaintenanceJourney(Journey):
         return None
 
     def test_click_cleans_every_profile_and_records_the_run(self):
-        panel = self.start_panel(new=True)
+        self.plant()
+        self.pc.install("Brevanta.exe")
+        self.pc.write_settings(SETTINGS)
+        _, panel = self.start_panel("frmMainNew")
         item = next(n for n, c in panel.controls().items() if n.startswith("SideBar.2.") and c["text"] == "Run Maintenance")
         panel.click(item)
-        question = self.pc.box("Maintenance may take")
-        question.answer(OK)
+        self.pc.box("Maintenance may take").answer(OK)
         done = self.pc.box("Maintenance is complete!", 120)
         self.pc.screenshot("maintenance-complete")
         done.answer(OK)
@@ -115,14 +108,3 @@ class MaintenanceJourney(Journey):
         shown = panel.text("lblLastMaint")
         self.assertRegex(shown, r"^\d\d/\d\d/\d{4}$")
         self.assertEqual(panel.text("txtStatus"), "")
-
-    def test_cancel_changes_nothing_but_the_counter(self):
-        panel = self.start_panel(new=False)
-        panel.click("cmdMaint")
-        self.pc.box("Maintenance may take").answer(CANCEL)
-        wait(lambda: self.ini("Usage.ini", "Maintenance") == "1", "the counter")
-        self.assertEqual(panel.text("lblLastMaint"), "N/A")
-        users = self.pc.drive / "users"
-        for profile in PROFILES:
-            self.assertTrue(all((users / profile / p).exists() for p in REMOVED + KEPT))
-        self.assertIsNone(self.ini("Brevanta.ini", "LastMaintenance"))

@@ -9,17 +9,12 @@ UNMEASURED = "---"
 
 
 class PanelJourney(Journey):
-    def start_panel(self, form, settings=None):
+    def setUp(self):
+        super().setUp()
         self.pc.install("Brevanta.exe")
-        if settings is not None:
-            self.pc.write_settings(settings)
-        program = self.pc.start()
-        panel = self.pc.form(form, 60)
-        wait(lambda: panel.text("lblUAC") != UNMEASURED and panel.text("txtStatus") == "", "the PC to be measured", 60)
-        return program, panel
 
     def test_first_start_with_nothing_beside_the_program(self):
-        program, panel = self.start_panel("frmMain")
+        program, panel = self.start_panel()
         self.assertEqual(panel.title(), "Talvenmoor  -  Support Control Panel")
         self.assertEqual(panel.text("lblPhone"), "555-555-5555")
         self.assertEqual(panel.text("lblInternet"), "Disconnected")
@@ -56,7 +51,8 @@ class PanelJourney(Journey):
         for answer, shown in ((b"203.0.113.7\n", "203.0.113.7"), (login_page, "Unknown"), (Reply(status=302,
                               headers={"Location": "http://elsewhere.example/"}), "Unknown")):
             with HttpServer({"/": b"there", "/IPCheck.php": answer}) as server:
-                program, panel = self.start_panel("frmMain", "[Branding]\nShowPreRemoteURL=0\n")
+                self.pc.write_settings("[Branding]\nShowPreRemoteURL=0\n")
+                program, panel = self.start_panel()
                 self.assertEqual(panel.text("lblInternet"), "Connected")
                 panel.wait_text("lblExtIP", shown)
                 self.assertEqual([path for _, path, _ in server.requests if path != "/"], ["/IPCheck.php"])
@@ -74,4 +70,4 @@ class PanelJourney(Journey):
             self.assertLess(time.monotonic() - begin, 30)
         answer = (self.pc.folder / "External.IP").read_text()
         self.assertIn("External=Unknown", answer)
-        self.assertEqual(sorted(file.name for file in self.pc.folder.iterdir()), ["External.IP", "GetExternalIP.exe"])
+        self.assertEqual(sorted(file.name for file in self.pc.folder.iterdir()), ["Brevanta.exe", "External.IP", "GetExternalIP.exe"])

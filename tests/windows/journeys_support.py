@@ -1,10 +1,7 @@
 """The buttons for support and the technician's own ones: programs, downloads, addresses, tools; the client's data."""
-import io
 import shutil
-import string
-import zipfile
 
-from harness import BUILD, OK, Journey, wait
+from harness import BUILD, OK, Journey, archive, wait
 from loopback import HttpServer, Reply
 
 SETTINGS = """
@@ -40,10 +37,7 @@ class SupportJourney(Journey):
                                                custom=custom, branding=branding))
 
     def panel(self):
-        self.pc.start()
-        panel = self.pc.form("frmMain", 60)
-        wait(lambda: panel.text("lblUAC") != "---", "the health display")
-        return panel
+        return self.start_panel()[1]
 
     def count(self, name, number):
         wait(lambda: f"{name}={number}" in (self.pc.folder / "Usage.ini").read_text(), f"{name} to be counted")
@@ -96,11 +90,7 @@ class SupportJourney(Journey):
         program = (BUILD / "standin.exe").read_bytes()
         addresses = {"/tool.exe": program}
         for newer in "ab":
-            packed = io.BytesIO()
-            with zipfile.ZipFile(packed, "w") as archive:
-                for name in "ba" if newer == "a" else "ab":
-                    archive.writestr(zipfile.ZipInfo(f"sub/{name}.exe", (2020 + (name == newer), 1, 1, 0, 0, 0)), program)
-            addresses[f"/{newer}.zip"] = packed.getvalue()
+            addresses[f"/{newer}.zip"] = archive({f"sub/{name}.exe": program for name in sorted("ab", key=newer.__eq__)})
         self.prepare(target="http://files.brevanta.example/a.zip", kind="Download", name="tool.zip")
         (self.pc.session / "hosts").write_text("127.0.0.1 localhost files.brevanta.example\n")
         (self.pc.folder / "RemoteDL").mkdir()
@@ -211,27 +201,6 @@ class SupportJourney(Journey):
         self.assertFalse((self.pc.folder / "s.exe").exists())
         self.assertEqual(self.pc.boxes(), [])
 
-    def test_client_data_is_saved_and_read_back(self):
-        self.prepare()
-        long = (string.punctuation + string.ascii_letters + string.digits + " ") * 3 + "x" * 15  # 300 characters
-        for name, address in (("Ann Smith", "ann@home.example"), ("", "")):
-            program = self.pc.start("/clientinfo")
-            form = self.pc.form("frmClientInfoPrompt", 30)
-            if not name:
-                self.assertEqual(form.text("txtName"), "Ann Smith")
-            form.type("txtName", name)
-            form.type("txtEmail", address)
-            form.click("Command1")
-            self.pc.box("Client Information Saved.").answer(OK)
-            form = self.pc.form("frmSetClientID", 30)
-            self.assertEqual(form.text("Combo1"), "" if name else long)
-            form.type("Combo1", long if name else "Home")
-            form.click("Command1")
-            self.pc.box("Client ID Saved.").answer(OK)
-            program.wait(30)
-            stored = self.pc.registry(r"HKLM\Software\Brevanta", "ClientID", 64)
-            self.assertEqual(stored, long if name else "Home")
-
 
 class FirstStartJourney(Journey):
     def test_settings_of_garbage_and_a_logo_that_is_none(self):
@@ -240,8 +209,6 @@ class FirstStartJourney(Journey):
             (self.pc.folder / "Brevanta.ini").write_bytes(garbage)
             (self.pc.folder / "supportlogo.png").write_bytes(garbage[:5000])
             (self.pc.folder / "AltLang.INI").write_bytes(garbage[:5000])
-            program = self.pc.start()
-            panel = self.pc.form("frmMain", 60)
-            wait(lambda: panel.text("lblUAC") != "---", "the health display", 60)
+            program, panel = self.start_panel()
             panel.close()
             program.wait(30)
