@@ -124,9 +124,10 @@ TEST_F(CustomAppsTest, DownloadsReplaceTheProgramAndTheOldCopyReturnsWhenTheyFai
         const char *app, *downloadName, *runs;  // bytes that ran
     } cases[] = {
         {"there", true, false, true, true, "a.exe", "a.exe", "old"},
-        {"absent", false, false, true, true, "a.exe", "a.exe", "new"},
+        {"absent", false, false, true, true, "a.exe", "a.exe", "MZ new"},
         {"absent, no internet", false, false, false, true, "a.exe", "a.exe", ""},
-        {"fresh copy", true, true, true, true, "a.exe", "a.exe", "new"},
+        {"fresh copy", true, true, true, true, "a.exe", "a.exe", "MZ new"},
+        {"a script", true, true, true, true, "a.cmd", "a.cmd", "MZ new"},
         {"no internet", true, true, false, true, "a.exe", "a.exe", "old"},
         {"not served", true, true, true, false, "a.exe", "a.exe", "old"},
         {"absent, not served", false, true, true, false, "a.exe", "a.exe", ""},
@@ -150,7 +151,7 @@ TEST_F(CustomAppsTest, DownloadsReplaceTheProgramAndTheOldCopyReturnsWhenTheyFai
         if (c.there) Pc().AddFile(program, "old");
         Pc().online = c.online;
         bool archive = name.ends_with("zip") || name.ends_with("ZIP");
-        if (c.served) Net().web[url].bytes = archive ? HandZip({{"a.exe", "zipped"}}) : "new";
+        if (c.served) Net().web[url].bytes = archive ? HandZip({{"a.exe", "zipped"}}) : "MZ new";
         Describe(
             "app",
             {{"App", c.app}, {"AppURL", url}, {"AppDLName", name}, {"AlwaysAttemptDownload", c.always ? "1" : "0"}});
@@ -170,23 +171,46 @@ TEST_F(CustomAppsTest, DownloadsReplaceTheProgramAndTheOldCopyReturnsWhenTheyFai
 TEST_F(CustomAppsTest, AddressAndNameFallBackEachByItself) {
     Describe("app",
              {{"App", "a.exe"}, {"AppURL", "http://a.example/32"}, {"AppDLName", "x.exe"}, {"AppDLName64", "a.exe"}});
-    Net().web["http://a.example/32"].bytes = "new";
+    Net().web["http://a.example/32"].bytes = "MZ new";
     RunCustomMaintApp("app");
-    EXPECT_EQ(Pc().FileText(tools + "a.exe"), "new");
+    EXPECT_EQ(Pc().FileText(tools + "a.exe"), "MZ new");
+}
+
+TEST_F(CustomAppsTest, APageInThePlaceOfAProgramLosesNothing) {
+    for (const char* page : {"<html>Log in first</html>", "M", ""}) {
+        Use(Windows::seven);
+        Pc().AddFile(tools + "a.exe", "old");
+        Net().web[url].bytes = page;
+        Describe("app", {{"App", "a.exe"}, {"AppURL", url}, {"AppDLName", "a.exe"}, {"AlwaysAttemptDownload", "1"}});
+        RunCustomMaintApp("app");
+        EXPECT_LINES(Pc().Journal("run"), {Run("a.exe")});
+        EXPECT_EQ(Pc().FileText(tools + "a.exe"), "old");
+    }
 }
 
 TEST_F(CustomAppsTest, AFaultAnywhereNeverLosesTheProgram) {
-    for (int n = 1; n < 400; ++n) {
-        Use(Windows::seven);
-        Pc().AddFile(tools + "a.exe", "old");
-        Net().web[url].bytes = "new";
-        Describe("app", {{"App", "a.exe"}, {"AppURL", url}, {"AppDLName", "a.exe"}, {"AlwaysAttemptDownload", "1"}});
-        int before = Pc().calls;
-        Pc().FailCall(n);
-        RunCustomMaintApp("app");
-        std::string left = Pc().FileText(tools + "a.exe"), kept = Pc().FileText(tools + "a.exe.old");
-        EXPECT_TRUE(left == "old" || left == "new" || kept == "old") << n << " " << left << " " << kept;
-        if (Pc().calls - before < n) break;
+    const struct {
+        const char *app, *name;
+        std::string served;
+    } cases[] = {{"a.exe", "a.exe", "MZ new"},
+                 {"z\\a.exe", "z.zip", HandZip({{"a.exe", "MZ new"}})},
+                 {"z\\a.exe", "z.zip", HandZip({{"b.exe", "MZ new"}})},
+                 {"z\\a.exe", "z.zip", HandZip({{"a.exe", "MZ new"}}).substr(0, 60)}};
+    for (const auto& c : cases) {
+        for (int n = 1; n < 400; ++n) {
+            Use(Windows::seven);
+            std::string program = tools + c.app;
+            Pc().AddFile(program, "old");
+            Net().web[url].bytes = c.served;
+            Describe("app", {{"App", c.app}, {"AppURL", url}, {"AppDLName", c.name}, {"AlwaysAttemptDownload", "1"}});
+            int before = Pc().calls;
+            Pc().FailCall(n);
+            RunCustomMaintApp("app");
+            std::string left = Pc().FileText(program), kept = Pc().FileText(program + ".old");
+            EXPECT_TRUE(left == "old" || left == "MZ new" || kept == "old")
+                << c.name << " " << n << " " << left << " " << kept;
+            if (Pc().calls - before < n) break;
+        }
     }
 }
 

@@ -77,6 +77,32 @@ void Remove(const std::string& path) {
     if (DoesFileExist(path)) pc::RemoveFile(path);
 }
 
+// A server's error page or a log-in page in the place of a program.
+bool IsPageForProgram(const std::string& path) {
+    if (!EndsWithNoCase(path, ".exe")) return false;
+    char head[2] = {};
+    pc::File file;
+    return !file.Open(path, pc::FileMode::read) || file.Read(head, sizeof head) != sizeof head || head[0] != 'M' ||
+           head[1] != 'Z';
+}
+
+// Unpacks beside the folder and takes its place only with the program in it: the folder holds the copy that works.
+bool ReplaceFolder(const std::string& archive, const std::string& folder, const std::string& finalPath) {
+    std::string fresh = folder + ".new";
+    clsFSO files;
+    files.KillDir(fresh, false);
+    UnzipFile(archive, fresh, false);
+    Remove(archive);
+    bool inside = LowerCase(finalPath).starts_with(LowerCase(folder) + "\\");
+    if (DoesFileExist(inside ? fresh + finalPath.substr(folder.size()) : finalPath)) {
+        files.KillDir(folder, false);
+        // What is in use stays, and the rest moves around it.
+        if (!pc::MovePath(fresh, folder, false)) MoveFileQuiet(fresh + "\\*.*", folder);
+    }
+    files.KillDir(fresh, false);
+    return DoesFileExist(finalPath);
+}
+
 // True when the program is at its final path afterwards, or a download that is no archive came.
 bool FetchApp(const App& app, const std::string& finalPath) {
     if (app.url.empty() || (!State().bInternetPresent && !IsInternetPresent())) return false;
@@ -89,12 +115,9 @@ bool FetchApp(const App& app, const std::string& finalPath) {
     if (isArchive && !folderName) return false;
     std::string archive = ToolsFolder() + *name, folder = ToolsFolder() + folderName.value_or("");
     Remove(archive);
-    if (folderName && DoesDirExist(folder)) clsFSO().KillDir(folder, false);
     if (!DownloadFile(app.url, archive, "Receiving:  " + StripPath(archive), false, true)) return false;
-    if (!isArchive) return true;
-    UnzipFile(archive, folder, false);
-    Remove(archive);
-    return DoesFileExist(finalPath);
+    if (isArchive) return ReplaceFolder(archive, folder, finalPath);
+    return !IsPageForProgram(archive);
 }
 
 // Makes sure of a program to run; the copy from before a failed attempt comes back. False: nothing to run.
@@ -231,7 +254,8 @@ int32_t RunCustomMaintApp(const std::string& name) {
         ShellX(path.path, app.parameters, true, 1, &exitCode);
     else if (ProvideApp(app, path.path))
         exitCode = StartApp(app, path.path);
-    Remove(path.path + ".old");
+    // Where it could not be put back it is the only copy.
+    if (DoesFileExist(path.path)) Remove(path.path + ".old");
     return exitCode;
 }
 

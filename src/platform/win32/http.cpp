@@ -14,8 +14,15 @@ namespace {
 
 const Late<decltype(URLDownloadToFileW)> download{L"urlmon.dll", "URLDownloadToFileW"};
 
-bool abortAsked = false;
+HRESULT abortResult = S_OK;  // asked for while a fetch runs
 IBinding* runningBinding = nullptr;
+
+constexpr auto redirectFailed = static_cast<HRESULT>(0x800C0014);
+
+void Abort(HRESULT result) {
+    abortResult = result;
+    if (runningBinding) runningBinding->Abort();
+}
 
 // A wide string in task memory, as the library wants credentials; null for an empty text.
 LPWSTR TaskText(const std::string& text) {
@@ -66,13 +73,15 @@ public:
         return S_OK;
     }
     STDMETHODIMP OnLowResource(DWORD) override { return S_OK; }
-    STDMETHODIMP OnProgress(ULONG done, ULONG total, ULONG, LPCWSTR) override {
+    STDMETHODIMP OnProgress(ULONG done, ULONG total, ULONG status, LPCWSTR) override {
+        // Some versions of the library follow a circle of redirections for ever: each is one more request.
+        if (status == BINDSTATUS_SENDINGREQUEST && ++requests > mostRequests) Abort(redirectFailed);
         if (events.progress) events.progress(done, total);
-        return abortAsked ? E_ABORT : S_OK;
+        return abortResult;
     }
     STDMETHODIMP OnStopBinding(HRESULT result, LPCWSTR) override {
         DropBinding();
-        if (events.stopped) events.stopped(static_cast<uint32_t>(abortAsked ? E_ABORT : result));
+        if (events.stopped) events.stopped(static_cast<uint32_t>(abortResult ? abortResult : result));
         stopTold = true;
         return S_OK;
     }
@@ -88,26 +97,25 @@ public:
     bool stopTold = false;
 
 private:
+    static constexpr int mostRequests = 20;
+    int requests = 0;
     const FetchEvents& events;
 };
 
 }  // namespace
 
 uint32_t FetchToFile(const std::string& url, const std::string& path, const FetchEvents& events) {
-    abortAsked = false;
+    abortResult = S_OK;
     Callback callback(events);
     auto result = static_cast<uint32_t>(download(nullptr, Wide(url).c_str(), Wide(path).c_str(), 0, &callback));
     Callback::DropBinding();
-    if (abortAsked) result = static_cast<uint32_t>(E_ABORT);
+    if (abortResult) result = static_cast<uint32_t>(abortResult);
     if (static_cast<int32_t>(result) < 0) RemoveFile(path);
     // A fetch that never began to bind (a bad address) stops all the same.
     if (!callback.stopTold && events.stopped) events.stopped(result);
     return result;
 }
 
-void AbortFetch() {
-    abortAsked = true;
-    if (runningBinding) runningBinding->Abort();
-}
+void AbortFetch() { Abort(E_ABORT); }
 
 }  // namespace pc
