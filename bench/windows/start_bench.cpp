@@ -61,6 +61,19 @@ Start StartOnce(const std::wstring& command, bool settle) {
     return result;
 }
 
+// Milliseconds for one setting of a file with a hundred.
+double OneSetting() {
+    const wchar_t* file = L"C:\\Brevanta\\bench.ini";
+    for (int i = 0; i < 100; ++i)
+        WritePrivateProfileStringW(L"Branding", (L"Key" + std::to_wstring(i)).c_str(), L"some text", file);
+    wchar_t text[255];
+    constexpr int reads = 1000;
+    return Measure([&] {
+               for (int i = 0; i < reads; ++i) GetPrivateProfileStringW(L"Branding", L"Key50", L"", text, 255, file);
+           }) /
+           reads;
+}
+
 int BareWindow(int controls) {
     InitCommonControls();
     WNDCLASSW windowClass = {};
@@ -98,6 +111,7 @@ int main(int count, char** arguments) {
     Head();
     Row("start to the visible window, ms", Median(ours), Median(bare), 1.3);
     Row("the console's start against the panel's, ms", Median(console), Median(ours), 1.5);
+    std::printf("one read of a setting: %.3f ms\n", OneSetting());
     double panelMemory = StartOnce(panel, true).privateBytes, bareMemory = StartOnce(bareCommand, true).privateBytes;
     std::printf("private memory of the idle panel: %.1f MB, bare with %d controls: %.1f MB (limit: 2 MB more)\n",
                 panelMemory / 1e6, controls, bareMemory / 1e6);
