@@ -1,5 +1,8 @@
 #include "console/console.h"
 
+#include <fstream>
+#include <iterator>
+
 #include "console/console_parts.h"
 #include "console/fields.h"
 #include "maintenance/custom_apps.h"
@@ -66,6 +69,14 @@ TEST_F(ConsoleTest, EveryFieldOfEveryPageIsSavedUnderItsKeyAndLoadedByAFreshCons
         ++at;
     }
     EXPECT_GT(at, 90u);
+}
+
+// The whole file, its order included, that saving an untouched console leaves in an empty folder.
+TEST_F(ConsoleTest, FirstSaveWritesTheDesignedValuesInOrder) {
+    ASSERT_TRUE(SaveConsole(Open()));
+    std::ifstream golden("tests/golden/first_save.ini", std::ios::binary);
+    std::string wanted{std::istreambuf_iterator<char>(golden), {}};
+    EXPECT_TRUE(SameLines(Split(ReplaceAll(Pc().FileText(State().settingsFile), "\r", ""), '\n'), Split(wanted, '\n')));
 }
 
 TEST_F(ConsoleTest, ChosenOptionsWriteTheirOwnValueAndGroupsWithKeysOfTheirOwnWriteAll) {
