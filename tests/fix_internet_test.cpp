@@ -190,6 +190,27 @@ TEST_F(FixInternetTest, EachKeySwitchesItsRepairAndWhatIsNoNumberSwitchesItOn) {
         }
 }
 
+TEST_F(FixInternetTest, WithoutSettingsAllRepairsRunInTheirOrder) {
+    Pc().SetText("HKLM\\Software\\Microsoft\\Internet Explorer\\Toolbar", "{1}", "Bar");
+    Pc().AddKey("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Browser Helper Objects\\{2}");
+    Pc().HideKey("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList", false);
+    Pc().Answer(pc::answerOk);
+    Links().showPanelBrowser = [](bool) { Pc().Note("browser " + State().browserAddress); };
+    FixInternet(LoadForm(panel));
+    EXPECT_TRUE(Pc().Traced("Error enumerating HKLM!"));
+    const Lines marks = {"Attempt to fix", "direct connection",
+                         "winhttp reset",  "winsock reset catalog",
+                         "renew all",      "etc\\hosts (",
+                         "tskill",         "GlobalUserOffline",
+                         "Toolbar\\{1}",   "{2}",
+                         "browser "};
+    Lines order;
+    for (const std::string& line : Pc().journal)
+        for (const std::string& mark : marks)
+            if (line.find(mark) != std::string::npos && (order.empty() || order.back() != mark)) order.push_back(mark);
+    EXPECT_LINES(order, marks);
+}
+
 TEST_F(FixInternetTest, CancelLeavesOnlyTheCountedUse) {
     Pc().SetIni(ini, "Fix", "FixConfirmation", "Really?");
     Pc().Answer(pc::answerCancel);
@@ -208,9 +229,9 @@ TEST_F(FixInternetTest, TheEndIsAPageOrAMessage) {
         const char *showUrl, *showMessage, *url, *internal;
         Lines end;
     } cases[] = {
-        {"1", "1", "http://a.example/", "0", {"open http://a.example/"}},
+        {"1", "1", "http://a.example/[UserName]", "0", {"open http://a.example/ann"}},
         {"1", "1", "x", "0", {}},
-        {"1", "0", "http://a.example/", "1", {"browser 1 http://a.example/"}},
+        {"1", "0", "http://a.example/[UserName]", "1", {"browser 1 http://a.example/ann"}},
         {"", "0", "", "", {"browser 1 "}},
         {"0", "1", "http://a.example/", "0", {message}},
         {"2", "x", "http://a.example/", "0", {message}},
@@ -222,6 +243,7 @@ TEST_F(FixInternetTest, TheEndIsAPageOrAMessage) {
         Links().showPanelBrowser = [](bool modal) {
             Pc().Note("browser " + std::to_string(modal) + " " + State().browserAddress);
         };
+        Pc().SetEnv("username", "Ann");
         Switch({{"ShowNetURL", c.showUrl}, {"ShowNetMsg", c.showMessage}});
         Pc().SetIni(ini, "Fix", "NetURL", c.url);
         Pc().SetIni(ini, "Fix", "UseIBForNetURL", c.internal);

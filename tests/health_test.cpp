@@ -120,6 +120,9 @@ TEST_F(HealthTest, Thresholds) {
         row.prepare();
         std::string shown = Measure(form, row.item.measure, row.item.label);
         EXPECT_TRUE(shown.ends_with(row.ending)) << shown << " instead of " << row.ending;
+        std::string tip = form.Find(row.item.label)->ToolTip();  // of the system alone, without the demand
+        EXPECT_TRUE(row.item.measure == GetOS ? !tip.empty() && shown.starts_with(tip) && tip.ends_with(") ")
+                                              : tip.empty());
     }
 }
 
@@ -195,6 +198,7 @@ TEST_F(HealthTest, FirstAddressOfTheFirstAdapterDecides) {
         GetInternalIP(form);
         EXPECT_EQ(Shown(form, "lblIntIP"), row.shown);
         EXPECT_EQ(form.Text("lblIntIPLabel"), "Internal IP");
+        EXPECT_EQ(Pc().Traced("Object variable or With block variable not set"), form.Text("lblIntIP") != "---");
         EXPECT_EQ(State().bHasStaticIP, std::string(row.shown).ends_with("[notice]"));
         EXPECT_EQ(form.Find("lblIntIP")->ToolTip(), form.Text("lblIntIP") == "---" ? "" : "[7] Adapter");
     }
@@ -221,6 +225,7 @@ TEST_F(HealthTest, BallSumsUp) {
     GetHealth(form);
     EXPECT_EQ(form.Find("imgBall")->Picture(), "#red");
     EXPECT_EQ(Shown(form, "lblInternet"), "Disconnected [warning]");
+    EXPECT_TRUE(Pc().Traced("Completed GetAV") && Pc().Traced("Completed GetFirewall"));
 }
 
 TEST_F(HealthTest, LastMaintenanceComesFromTheRegistryFirst) {

@@ -6,7 +6,10 @@
 
 #include "panel/skin.h"
 #include "panel_test.h"
+#include "pc/simulated_net.h"
 #include "startup/startup.h"
+#include "system/scramble.h"
+#include "zip_bytes.h"
 
 namespace {
 
@@ -83,6 +86,30 @@ TEST_F(ModesTest, SettingsChooseTheFace) {
     }
 }
 
+TEST_F(ModesTest, SettingsPulledAtStartCountAtOnce) {
+    for (const char* pull : {"1", "yes"}) {
+        Prepare({{"Nimbra", "UpdateAtLaunch", pull}, {"Nimbra", "UserName", "tech"}});
+        Pc().SetIni(settingsFile, "Nimbra", "Password", EncryptString("secret", passwordKey));
+        Pc().SetIni(settingsFile, "General", "LastMaintenance", "before");
+        Net().ftpFolders.insert("/Brevanta");
+        Net().ftpFiles["/Brevanta/BrevantaConfig.zip"] =
+            HandZip({{"Brevanta.ini", "[Branding]\r\nUseNewInterface=1\r\n[Maint]\r\nMaintCheckEnabled=1\r\n"}});
+        bool pulled = std::string(pull) == "1";
+        EXPECT_FALSE(Run("", pulled ? "frmMainNew" : "frmMain"));
+        EXPECT_EQ(Pc().shownForms[0], pulled ? "frmCloudDL" : "frmMain");
+        EXPECT_EQ(Pc().Ini(settingsFile, "General", "LastMaintenance"), "before");
+        EXPECT_EQ(Pc().TextOf("HKLM\\Software\\Talvenmoor\\Maintenance", "LastRun"), pulled ? "before" : "");
+        if (!pulled) continue;
+        // Tasks and Run value follow the new settings, in this order.
+        std::vector<std::string> order;
+        for (const std::string& line : Pc().journal)
+            for (const char* part :
+                 {"App Update", "Config Update", "Maintenance Check", "Restore Point 2", "AppLaunch"})
+                if (line.find(part) != std::string::npos) order.push_back(part);
+        EXPECT_LINES(order, {"App Update", "Config Update", "Maintenance Check", "Restore Point 2", "AppLaunch"});
+    }
+}
+
 TEST_F(ModesTest, MaintenanceModeShowsThePanelFirst) {
     Pc().AnswerWith([](const std::string&) {
         EXPECT_TRUE(IsShown("frmMain", "cmdMaint"));
@@ -146,6 +173,7 @@ TEST_F(ModesTest, SkinIsAppliedAndRemoved) {
     auto calls = Pc().Journal("call");
     ASSERT_GE(calls.size(), 2u);
     EXPECT_EQ(calls.front(), "call appface.dll SkinStart C:\\Panel\\Skins\\Calm.skf, 2");
+    EXPECT_EQ(calls[1], "call appface.dll SkinWindowSet 0, 0") << "the sidebar keeps its look";
     EXPECT_EQ(calls.back(), "call appface.dll SkinRemove");
 }
 

@@ -54,7 +54,11 @@ TEST_F(PanelLayoutTest, TextsAndButtons) {
         {{}, "cmdFix", "Fix Internet", true},
         {{{"Branding", "ShowFixButton", "no"}}, "cmdFix", "Fix Internet", true},
         {{{"Branding", "ShowFixButton", "0"}}, "cmdFix", "Fix Internet", false},
+        {{{"Branding", "FixButtonCaption", "\" \""}}, "cmdFix", " ", true},  // a blank is a text
         {{{"Branding", "MaintButtonCaption", "Tidy"}}, "cmdMaint", "Tidy", true},
+        {{{"Branding", "RemoteSupportButtonCaption", "Help"}}, "cmdStartSupport", "Help", true},
+        {{{"Branding", "EmailButtonCaption", "Write"}}, "cmdEmailSupport", "Write", true},
+        {{{"Branding", "PhoneNumber", "1 & 2"}}, "lblPhone", "1 & 2", true},
         {{{"Branding", "ShowSupportAppButton", "0"}}, "cmdStartSupport", "Start Support Session", false},
         {{{"Branding", "ShowEmailButton", "0"}}, "cmdEmailSupport", "Email Support", false},
         {{}, "cmdCustom", "Custom Button", false},
@@ -64,7 +68,12 @@ TEST_F(PanelLayoutTest, TextsAndButtons) {
          true},
         {{}, "lblCustomLarge", "Custom text, optional hyperlink", true},
         {{{"Branding", "ShowLargeCustomText", "0"}}, "lblCustomLarge", "Custom text, optional hyperlink", false},
-        {{{"Branding", "SmallCustomText", "Hello"}}, "lblCustomSmall", "Hello", true},
+        {{{"Branding", "LargeCustomText", "Sale"}}, "lblCustomLarge", "Sale", true},
+        {{}, "lblCustomSmall", "Custom text can go here, whatever you want", true},
+        {{{"Branding", "SmallCustomText", "Hello"}, {"Branding", "ShowSmallCustomText", "0"}},
+         "lblCustomSmall",
+         "Hello",
+         false},
         {{}, "picSRP", "", false},
     };
     for (const auto& row : rows)
@@ -77,13 +86,17 @@ TEST_F(PanelLayoutTest, TextsAndButtons) {
     Show(frmMain);
     EXPECT_EQ(State().strSupportEmail, "support@technician.example");
     EXPECT_EQ(State().remoteSupportTarget, "C:\\Panel\\RemoteSupportApp.exe");
-    EXPECT_FALSE(Show(frmMainNew, {{"Branding", "ShowPhoneAndCaption", "0"}}).Find("lblPhone")->Visible());
+    Show(frmMainNew, {{"Branding", "SupportEmail", "a@b.example"}, {"Branding", "RemoteSupportApp", "Tool.exe"}});
+    EXPECT_EQ(State().strSupportEmail + " " + State().remoteSupportTarget, "a@b.example Tool.exe");
+    for (const char* name : {"lblTel", "lblPhone"})
+        EXPECT_FALSE(Show(frmMainNew, {{"Branding", "ShowPhoneAndCaption", "0"}}).Find(name)->Visible()) << name;
     Form& branded = Show(frmMainNew, {{"Branding", "LogoToWebsite", "yes"},
                                       {"Branding", "LogoWebsite", "http://shop.example/"},
-                                      {"Branding", "NewUITextAlign", "Center"}});
+                                      {"Branding", "NewUITextAlign", "RIGHT"}});
     EXPECT_TRUE(State().logoIsLink) << "what is no number counts as on";
     EXPECT_EQ(branded.Find("AlphaImgCtl1")->ToolTip(), "http://shop.example/");
-    EXPECT_EQ(branded.Find("lblPhone")->Align(), uint32_t{alignCenter});
+    for (const char* name : {"lblTel", "lblPhone", "lblCustomSmall", "lblCustomLarge"})
+        EXPECT_EQ(branded.Find(name)->Align(), uint32_t{alignRight}) << name;
 }
 
 TEST_F(PanelLayoutTest, TitleBar) {
@@ -147,25 +160,54 @@ TEST_F(PanelLayoutTest, SideBarItems) {
           "PC Tasks: System Restore Points; Run Maintenance; Fix Internet; Custom Button; Custom Button 2; Last;"}},
         {{{"Branding", "ShowDetails", "1"}, {"Branding", "DetailsText", "one paragraph"}},
          {support, tasks, "Come Visit Us! (Store Hours:): one paragraph;"}},
-        {{{"Branding", "ShowDetails", "1"}, {"Branding", "DetailsHeading", "Hours"}},
-         {support, tasks, "Hours (Store Hours:): \r\nMon-Fri 9am - 6pm\r\n\r\nSat. 10am - 4pm;"}},
+        {{{"Branding", "ShowDetails", "1"},
+          {"Branding", "DetailsHeading", "Hours"},
+          {"Branding", "DetailsSubHeading", "This week"}},
+         {support, tasks, "Hours (This week): \r\nMon-Fri 9am - 6pm\r\n\r\nSat. 10am - 4pm;"}},
+        {{{"Branding", "SupportHeading", "A"},
+          {"EmailConfig", "OfferTwoOptions", "1"},
+          {"EmailConfig", "PrimaryOptionCaption", "B"},
+          {"Branding", "RemoteSupportButtonCaption", "C"},
+          {"Branding", "PCTasksHeading", "D"},
+          {"CustomRP", "ShowOption", "1"},
+          {"CustomRP", "ButtonCaption", "E"},
+          {"Branding", "MaintButtonCaption", "F"},
+          {"Branding", "FixButtonCaption", "G"}},
+         {"A: B; Email Support; C;", "D: E; F; G;"}},
+        {{{"Branding", "EmailButtonCaption", "H"}}, {"Get Support: H; Start Support Session;", tasks}},
     };
     for (const auto& row : rows) EXPECT_LINES(SideBarOf(Show(frmMainNew, row.keys)), row.groups);
 }
 
 TEST_F(PanelLayoutTest, LanguageFileReplacesCaptions) {
-    for (const FormDefinition* face : {&frmMain, &frmMainNew}) {  // the new face has no Close button
-        Prepare();
-        Pc().SetIni(languageFile, "MainForm", "YourPCHealth", "Zustand");
-        Pc().SetIni(languageFile, "MainForm", "ExternalIP", "Externe IP");
-        Pc().SetIni(languageFile, "MainForm", "RAM", "");
-        Pc().SetIni(languageFile, "Misc", "Close", "Beenden");
-        Form& form = ShowForm(*face);
-        EXPECT_EQ(form.Text("frameHealth"), "Zustand");
-        EXPECT_EQ(form.Text("Label11"), "Externe IP");
-        EXPECT_EQ(form.Text("Label5"), "RAM (Memory):");
-        EXPECT_EQ(form.Text("cmdClose"), face == &frmMain ? "Beenden" : "");
-    }
+    const struct {
+        const char *section, *key, *control, *builtIn;
+    } rows[] = {
+        {"MainForm", "YourPCHealth", "frameHealth", "Your PC Health"},
+        {"MainForm", "LastMaintenance", "Label6", "Last Maintenance:"},
+        {"MainForm", "StorageSpace", "Label4", "Storage Space:"},
+        {"MainForm", "RAM", "Label5", "RAM (Memory):"},
+        {"MainForm", "WinVer", "Label3", "Windows Version:"},
+        {"MainForm", "AntiVirus", "Label2", "Antivirus Installed:"},
+        {"MainForm", "Firewall", "Label8", "Firewall Installed:"},
+        {"MainForm", "AutomaticUpdates", "Label10", "Automatic Updates:"},
+        {"MainForm", "SystemRestore", "Label1", "System Restore:"},
+        {"MainForm", "UAC", "Label9", "User Acct. Control:"},
+        {"MainForm", "InternetAccess", "Label7", "Internet Access:"},
+        {"MainForm", "InternalIP", "lblIntIPLabel", "Internal IP"},
+        {"MainForm", "ExternalIP", "Label11", "External IP"},
+        {"Misc", "Close", "cmdClose", "Close"},
+    };
+    for (const FormDefinition* face : {&frmMain, &frmMainNew})
+        for (bool replaced : {false, true}) {
+            Prepare();
+            for (const auto& row : rows) Pc().SetIni(languageFile, row.section, row.key, replaced ? row.control : "");
+            Form& form = ShowForm(*face);
+            for (const auto& row : rows) {
+                Control* control = form.Find(row.control);  // the new face has no Close button
+                EXPECT_TRUE(!control || control->Text() == (replaced ? row.control : row.builtIn)) << row.key;
+            }
+        }
 }
 
 TEST_F(PanelLayoutTest, WindowIsInSightBeforeThePcIsMeasured) {
@@ -224,6 +266,16 @@ TEST_F(PanelLayoutTest, RestorePointPage) {
     EXPECT_FALSE(form.Find("picSRP")->Visible());
 
     ClickItem("frmMainNew", "SideBar", 2, 1);
+    EXPECT_EQ(form.Text("comboRPDay(0)") + form.Text("txtRPTime(0)") + form.Text("txtRPName(0)"), "Mon23:15:00Weekly");
+    Pc().AddFile("C:\\Windows\\System32\\rstrui.exe");
+    State().bHandle64BitRedirect = true;
+    Pc().journal.clear();
+    Click("frmMainNew", "cmdOpenSR");
+    Click("frmMainNew", "Command1");
+    EXPECT_LINES(Pc().journal, {"run C:\\Windows\\system32\\rstrui.exe",
+                                "wmi restore point \"User Created Restore Point\" 0 100 -> 0",
+                                "show \"System Restore Point Created!\" (0) -> 1"});
+    EXPECT_EQ(form.Text("txtStatus"), "Idle...");
     Click("frmMainNew", "Label12");
     EXPECT_FALSE(form.Find("picSRP")->Visible());
 }

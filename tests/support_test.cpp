@@ -1,4 +1,5 @@
 #include "controls/panel_links.h"
+#include "panel/browser.h"
 #include "panel/custom_buttons.h"
 #include "panel/dialogs.h"
 #include "panel/password_prompt.h"
@@ -68,14 +69,14 @@ TEST_F(SupportTest, RemoteSupportStartsWhatTheModeSays) {
         {Windows::seven, {}, "Gone.exe", {}, {}},
         {Windows::seven,
          {{"Branding", "RemoteSupportType", "url"}, {"Branding", "UseIBForSupportURL", "0"}},
-         "http://b.example/",
+         "http://b.example/[UserName]",
          {},
-         {"open http://b.example/"}},
+         {"open http://b.example/ann"}},
         {Windows::seven,
          {{"Branding", "RemoteSupportType", "URL"}, {"Branding", "UseIBForSupportURL", "1"}},
-         "http://b.example/",
+         "http://b.example/[UserName]",
          {},
-         {"open in panel modal http://b.example/"}},
+         {"open in panel modal http://b.example/ann"}},
         {Windows::seven,
          {{"Branding", "RemoteSupportType", "Download"}, {"Branding", "RemoteSupportDLName", "t.exe"}},
          url,
@@ -96,18 +97,19 @@ TEST_F(SupportTest, RemoteSupportStartsWhatTheModeSays) {
           "run \"C:\\Program Files (x86)\\Teamviewer\\Version9\\Teamviewer.exe\""}},
         {Windows::seven,
          {{"Branding", "ShowPreRemoteURL", "1"},
-          {"Branding", "PreRemoteURL", "http://c.example/"},
+          {"Branding", "PreRemoteURL", "http://c.example/[UserName]"},
           {"Branding", "UseIBForPreSupportURL", "1"},
           {"Branding", "TeamviewerOverride", "1"}},
          "Tool.exe",
          {"C:\\Panel\\Tool.exe"},
-         {"open in panel modal http://c.example/", "run C:\\Panel\\Tool.exe"}},
+         {"open in panel modal http://c.example/ann", "run C:\\Panel\\Tool.exe"}},
     };
     for (const auto& c : cases) {
         std::vector<Key> keys = c.keys;
         if (keys.empty() || std::string(keys[0].key) != "ShowPreRemoteURL")
             keys.push_back({"Branding", "ShowPreRemoteURL", "0"});
         Fresh(keys, c.windows);
+        Pc().SetEnv("username", "Ann");
         for (const std::string& file : c.files) Pc().AddFile(file);
         Pc().AddProcess("quick.exe");
         Net().web[url].bytes = "new";
@@ -293,13 +295,14 @@ TEST_F(SupportTest, TheLogoLeadsToTheWebsiteAfterAQuestion) {
          pc::answerCancel,
          {"show \"http://b.example/\" titled \"Go to website:\" (33) -> 2"}},
         {"1",
-         "http://b.example/",
+         "http://b.example/[UserName]",
          pc::answerOk,
-         {"show \"http://b.example/\" titled \"Go to website:\" (33) -> 1", "open http://b.example/"}},
+         {"show \"http://b.example/[UserName]\" titled \"Go to website:\" (33) -> 1", "open http://b.example/ann"}},
         {"1", "", pc::answerCancel, {"show \"\" titled \"Go to website:\" (33) -> 2"}},
     };
     for (const auto& c : cases) {
         Fresh({{"Branding", "LogoToWebsite", c.link}, {"Branding", "LogoWebsite", c.address}});
+        Pc().SetEnv("username", "Ann");
         if (c.answer) Pc().Answer(c.answer);
         Pc().journal.clear();
         OpenLogoLink();
@@ -351,6 +354,34 @@ TEST_F(SupportTest, ThePasswordPromptHasThreeAnswers) {
         EXPECT_EQ(IsPasswordPromptSet(), c.journal.size() < 2 && std::string(c.button) != "Command2");
         for (const auto& [name, text] : Pc().passwords) EXPECT_EQ(text, c.second) << name;
     }
+}
+
+TEST_F(SupportTest, ThePasswordPromptSpeaksTheLanguageOfTheFile) {
+    Fresh({{"Branding", "PhoneCaption", "Call"}});
+    const std::pair<const char*, const char*> rows[] = {
+        {"Description1", "Label3"},      {"Description2", "Label4"},       {"Description3", "Label5"},
+        {"NewPassword", "Label1"},       {"ConfirmNewPassword", "Label2"}, {"SetNewPasswordButton", "Command1"},
+        {"NoPasswordButton", "Command2"}};
+    for (const auto& [key, control] : rows) Pc().SetIni(languageFile, "PasswordForm", key, control);
+    Pc().SetIni(languageFile, "PasswordForm", "Title", "Achtung");
+    Pc().SetIni(languageFile, "MessageBoxes", "PasswordMismatch", "Ungleich");
+    Form& form = ShowForm(frmPW);
+    for (const auto& [key, control] : rows) EXPECT_EQ(form.Text(control), control);
+    EXPECT_EQ(form.Caption() + form.Text("lblTel") + form.Text("lblPhone"), "AchtungCall555-555-5555");
+    Click("frmPW", "Command1");
+    EXPECT_EQ(Pc().journal.back(), "show \"Ungleich\" (0) -> 1");
+}
+
+TEST_F(SupportTest, TheBrowserShowsItsAddressUnderTheTechniciansName) {
+    Fresh({{"Branding", "AppName", "Harbour"}});
+    for (const char* address : {"http://a.example/", "http://b.example/"}) {  // the second comes while it is open
+        State().browserAddress = address;
+        ShowPanelBrowser(false);
+        EXPECT_EQ(FormNamed("frmPanelBrowser").Find("WebBrowser1")->Address(), "http://a.example/");
+    }
+    EXPECT_EQ(FormNamed("frmPanelBrowser").Caption() + State().AppName, "HarbourHarbour");
+    FormNamed("frmPanelBrowser").Resized(6600, 4350);
+    EXPECT_EQ(FormNamed("frmPanelBrowser").Find("WebBrowser1")->Place().width, 6600);
 }
 
 TEST_F(SupportTest, ClientDataIsKeptInTheRegistry) {

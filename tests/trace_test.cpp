@@ -55,8 +55,8 @@ TEST_F(TraceTest, EachRunGetsATraceFileOfItsOwn) {
     State().bDebugToFile = true;
     InitPaths(true, true);
     DebugOutput("x", 1);
-    EXPECT_EQ(State().debugFile, "C:\\Panel\\Debug\\DebugOutput - Brevanta 4.txt");
-    std::string bytes = Pc().FileText(State().debugFile);
+    EXPECT_EQ(State().sDebugFile, "C:\\Panel\\Debug\\DebugOutput - Brevanta 4.txt");
+    std::string bytes = Pc().FileText(State().sDebugFile);
     EXPECT_TRUE(bytes.ends_with("11/3/2026 2:05:09 PM\tx\t1\r\n")) << bytes;
     EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 4);
     EXPECT_EQ(Pc().trace.size(), 4u);

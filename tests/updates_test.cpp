@@ -185,8 +185,13 @@ TEST_F(UpdatesTest, SettingsComeFromTheWebOrTheCloud) {
 TEST_F(UpdatesTest, InstallAndRemovalToTheLetter) {
     Prepare();
     Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "UpdateApp", "1");
-    Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "OpenTSAfterInstall", "0");
+    Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "OpenTSAfterInstall", "1");
+    for (const char* tool : {"psexec.exe", "MSBv_Fix.exe"}) Pc().AddFile(std::string(folder) + tool);
+    Pc().SetClock(2026, 11, 3, 14, 5, 9);
+    Pc().Answer(pc::answerYes);
     Run("/installer");
+    for (const char* tool : {"psexec.exe", "MSBv_Fix.exe"}) EXPECT_FALSE(Pc().Exists(std::string(folder) + tool));
+    EXPECT_LINES(Pc().Journal("show"), {"show \"Open Task Scheduler to modify tasks?\" (4) -> 6"});
     EXPECT_LINES(
         Pc().Journal("run"),
         {"run hidden schtasks.exe /delete /f /tn \"Old - System Restore Point 0\"",
@@ -195,8 +200,13 @@ TEST_F(UpdatesTest, InstallAndRemovalToTheLetter) {
          "run hidden schtasks.exe /delete /f /tn \"Brevanta App Update\"",
          "run hidden schtasks.exe /delete /f /tn \"Brevanta Config Update\"",
          "run hidden schtasks.exe /create /ru system /sc WEEKLY /d MON /st 12:00:00 /rl highest /f /tn \"Brevanta "
-         "App Update\" /tr \"\\\"C:\\Panel\\Brevanta.exe\\\" /updateonly"});
-    EXPECT_FALSE(Pc().TextOf("HKLM\\Software\\Talvenmoor\\Maintenance", "LastRun").empty());
+         "App Update\" /tr \"\\\"C:\\Panel\\Brevanta.exe\\\" /updateonly",
+         "run mmc.exe taskschd.msc"});
+    EXPECT_EQ(Pc().TextOf("HKLM\\Software\\Talvenmoor\\Maintenance", "LastRun"), "11/3/2026 2:05:09 PM");
+    EXPECT_EQ(ReadIni("C:\\Panel\\Brevanta.ini", "General", "LastMaintenance"), "11/3/2026 2:05:09 PM");
+    Pc().SetIni("C:\\Panel\\Brevanta.ini", "ScheduledTasks", "OpenTSAfterInstall", "0");
+    Run("/installer");
+    EXPECT_EQ(Pc().Journal("show").size(), 1u);
     Pc().journal.clear();
     Pc().SetText("HKLM\\Software\\Talvenmoor\\Brevanta", "x", "y");
     Pc().SetText("HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", "Brevanta Maintenance Check", "z");

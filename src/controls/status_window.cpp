@@ -13,7 +13,7 @@ const FormDefinition frmStatusWin = {
     "frmStatusWin", "Please Wait...", 6000, 1140, Border::fixed, controls, [](Form& form) {
         form.onLoad = [&form] {
             SetFormIcon(form);
-            if (!State().appName.empty()) form.SetCaption(State().appName);
+            if (!State().AppName.empty()) form.SetCaption(State().AppName);
         };
         // The work goes on behind it, so the window does not leave before the work does.
         form.onQueryUnload = [](bool fromUser) { return !fromUser; };

@@ -30,12 +30,7 @@ std::string MailtoAddress(const std::string& subject) {
 
 // In the internal browser when the settings say so.
 void OpenPage(const std::string& address, bool modal) {
-    if (Num1(Setting("Branding", "UseIBForEmail")) && Links().showPanelBrowser) {
-        State().browserAddress = ExpandMacros(address);
-        Links().showPanelBrowser(modal);
-    } else {
-        OpenDocument(ExpandMacros(address));
-    }
+    OpenInBrowser(ExpandMacros(address), Num1(Setting("Branding", "UseIBForEmail")), modal);
 }
 
 bool IsWebAddress() { return StartsWith(LowerCase(State().strSupportEmail), "http"); }

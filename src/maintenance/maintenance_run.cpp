@@ -10,7 +10,6 @@
 #include "system/macros.h"
 #include "system/paths.h"
 #include "system/processes.h"
-#include "system/program_state.h"
 #include "system/registry.h"
 #include "system/settings.h"
 #include "system/text.h"
@@ -92,13 +91,6 @@ void RecordRun() {
     fWriteValue("HKLM", "Software\\Talvenmoor\\Maintenance", "LastRun", 'S', now);
 }
 
-void ShowPage() {
-    const std::string address = ExpandMacros(Maint("PostMaintURL"));
-    if (!Num1(Maint("ShowURLAfterMaintInIB"))) return OpenDocument(address);
-    State().browserAddress = address;
-    if (Links().showPanelBrowser) Links().showPanelBrowser(true);
-}
-
 }  // namespace
 
 ThirdPartyNotice BuildThirdPartyNotice() {
@@ -144,7 +136,7 @@ void RunMaintenance(Form& form) {
     if (Links().getHealth) Links().getHealth(form);
     form.SetText("txtStatus", "");
     if (Num1(Maint("ShowURLAfterMaint"))) {
-        ShowPage();
+        OpenInBrowser(ExpandMacros(Maint("PostMaintURL")), Num1(Maint("ShowURLAfterMaintInIB")));
     } else if (!closeApp) {
         pc::ShowMessage(LanguageText("MessageBoxes", "MaintenanceIsComplete", "Maintenance is complete!"));
     }

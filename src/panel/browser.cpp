@@ -21,8 +21,8 @@ const FormDefinition frmPanelBrowser = {"frmPanelBrowser", "", 13200, 8700, Bord
                                             form.onLoad = [&form, resizer] {
                                                 resizer->InitResizeArray(form);
                                                 SetFormIcon(form);
-                                                State().appName = BrandName();
-                                                form.SetCaption(State().appName);
+                                                State().AppName = BrandName();
+                                                form.SetCaption(State().AppName);
                                                 form.Find("WebBrowser1")->Navigate(State().browserAddress);
                                             };
                                             form.onResize = [resizer] { resizer->ResizeControls(); };

@@ -5,7 +5,6 @@
 #include "panel/remote_support.h"
 #include "system/macros.h"
 #include "system/processes.h"
-#include "system/program_state.h"
 #include "system/settings.h"
 #include "system/text.h"
 #include "system/trace.h"
@@ -47,13 +46,9 @@ void RunCustomProgram(const Press& press) {
     ShellX(program, press.parameters, false, 1);
 }
 
+// As it stands: macros are for the technician's other pages.
 void OpenCustomUrl(const Press& press) {
-    if (Num1(Setting(press.button.section, "ShowCustomURLinIB")) && Links().showPanelBrowser) {
-        State().browserAddress = press.action;
-        Links().showPanelBrowser(true);
-    } else {
-        OpenDocument(press.action);
-    }
+    OpenInBrowser(press.action, Num1(Setting(press.button.section, "ShowCustomURLinIB")));
 }
 
 void StartBootRepairTool(const Press&) { ShellX(GetAppPath() + "Pelmark.exe", "", false, 2); }

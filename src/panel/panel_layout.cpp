@@ -74,26 +74,23 @@ void HideIfOff(Form& form, std::span<const HiddenBy> rows) {
         if (!Ne0(Branding(row.key))) form.SetVisible(row.control, false);
 }
 
-// Logo boxes of the two faces.
+// Logo boxes of the two faces. The classic one knows no longer rectangle.
 struct LogoBox {
+    LogoKind kind;
     Box classic, modern;
 };
-constexpr LogoBox squareLogo{{360, 360, 1815, 1575}, {3720, 360, 1815, 1575}};
-constexpr LogoBox rectangleLogo{{60, 60, 2355, 1335}, {3360, 480, 2455, 1335}};
-constexpr LogoBox longRectangleLogo{rectangleLogo.classic, {3360, 360, 3960, 1455}};
-constexpr LogoBox largeLogo{{120, 120, 2295, 2055}, {3360, 60, 2295, 2055}};
-
-const LogoBox* ConfiguredLogoBox() {
-    if (!NumNot1(Branding("UseStdLogo"))) return &squareLogo;
-    if (Eq1(Branding("UseLargeLogo"))) return &largeLogo;
-    if (!Eq1(Branding("UseRectLogo"))) return nullptr;
-    return Eq1(Branding("UseLargeRectLogo")) ? &longRectangleLogo : &rectangleLogo;
-}
+constexpr LogoBox logoBoxes[] = {
+    {LogoKind::square, {360, 360, 1815, 1575}, {3720, 360, 1815, 1575}},
+    {LogoKind::rectangle, {60, 60, 2355, 1335}, {3360, 480, 2455, 1335}},
+    {LogoKind::longRectangle, {60, 60, 2355, 1335}, {3360, 360, 3960, 1455}},
+    {LogoKind::large, {120, 120, 2295, 2055}, {3360, 60, 2295, 2055}},
+};
 
 void PlaceLogo(Form& form, bool modern) {
     Control* logo = form.Find("AlphaImgCtl1");
     if (!logo) return;
-    if (const LogoBox* box = ConfiguredLogoBox()) logo->SetPlace(modern ? box->modern : box->classic);
+    for (const LogoBox& box : logoBoxes)
+        if (box.kind == ConfiguredLogoKind()) logo->SetPlace(modern ? box.modern : box.classic);
     if (Eq1(Branding("StretchLogo"))) logo->SetStretch(true);
     logo->SetPicture(LogoFile());
 }
@@ -128,7 +125,7 @@ std::string VersionText() {
 
 void SetTitle(Form& form) {
     std::string title =
-        State().appName + "  -  " + LanguageText("TitleBar", "SupportControlPanel", "Support Control Panel");
+        State().AppName + "  -  " + LanguageText("TitleBar", "SupportControlPanel", "Support Control Panel");
     if (Eq1(Branding("ShowVersion"))) title += " " + VersionText();
     form.SetCaption(title);
 }
@@ -142,7 +139,7 @@ void DressButtons(Form& form) {
 
 // What both faces take from the settings.
 void DressPanel(Form& form, bool modern) {
-    State().appName = BrandName();
+    State().AppName = BrandName();
     SetTitle(form);
     form.SetText("lblTel", Branding("PhoneCaption"));
     State().phoneNumber = BrandingOr("PhoneNumber", build::defaultPhone);

@@ -38,14 +38,14 @@ void ApplyPasswordFormLanguage(Form& form) {
     });
 }
 
-// The logo's box by the settings, as on the panel; the first case that holds wins, of the last two the later.
 Box LogoBox() {
-    if (!NumNot1(Setting("Branding", "UseStdLogo"))) return {300, 300, 1815, 1575};
-    Box box = {300, 300, 2295, 1575};
-    if (Eq1(Setting("Branding", "UseRectLogo")))
-        box = Eq1(Setting("Branding", "UseLargeRectLogo")) ? Box{300, 300, 3960, 1455} : Box{300, 300, 2355, 1335};
-    if (Eq1(Setting("Branding", "UseLargeLogo"))) box = {300, 180, 2295, 1815};
-    return box;
+    switch (ConfiguredLogoKind()) {
+        case LogoKind::square: return {300, 300, 1815, 1575};
+        case LogoKind::rectangle: return {300, 300, 2355, 1335};
+        case LogoKind::longRectangle: return {300, 300, 3960, 1455};
+        case LogoKind::large: return {300, 180, 2295, 1815};
+        default: return {300, 300, 2295, 1575};
+    }
 }
 
 void LayoutPasswordForm(Form& form) {

@@ -19,14 +19,9 @@
 
 namespace {
 
-void OpenAddress(const std::string& address, const char* internalBrowserKey) {
-    std::string expanded = ExpandMacros(address);
-    if (Num1(Setting("Branding", internalBrowserKey)) && Links().showPanelBrowser) {
-        State().browserAddress = expanded;
-        Links().showPanelBrowser(true);
-    } else {
-        OpenDocument(expanded);
-    }
+// insideKey of section Branding asks for the panel's own browser.
+void OpenAddress(const std::string& address, const char* insideKey) {
+    OpenInBrowser(ExpandMacros(address), Num1(Setting("Branding", insideKey)));
 }
 
 void ShowPreSupportPage() {
@@ -58,7 +53,7 @@ void StartBundledProgram(const std::string& parameters) {
 
 void StartConfiguredMode() {
     std::string parameters = Setting("Branding", "RemoteSupportAppParms");
-    std::string type = LowerCase(UpperCase(Setting("Branding", "RemoteSupportType")));
+    std::string type = LowerCase(Setting("Branding", "RemoteSupportType"));
     if (type.empty() || type == "exe")
         StartBundledProgram(parameters);
     else if (type == "url")

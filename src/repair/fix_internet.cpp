@@ -14,6 +14,7 @@
 #include "system/processes.h"
 #include "system/program_state.h"
 #include "system/registry.h"
+#include "system/resources.h"
 #include "system/settings.h"
 #include "system/text.h"
 #include "system/trace.h"
@@ -40,10 +41,7 @@ void RestoreWinsockKeys() {
     fDeleteKey("HKLM", "System\\CurrentControlSet\\Services", "Winsock", notFound);
     fDeleteKey("HKLM", "System\\CurrentControlSet\\Services", "Winsock2", notFound);
     std::string file = GetAppPath() + "WinsockXP.reg";
-    if (!DoesFileExist(file)) {
-        auto stock = pc::LoadProgramResource("CUSTOM", "REGWINSOCKXP");
-        if (stock) pc::WriteWholeFile(file, *stock);
-    }
+    ExtractResource("REGWINSOCKXP", file);
     RunVisible("regedit.exe /s \"" + file + "\"");
     Pause(1);
     pc::RemoveFile(file);
@@ -90,12 +88,8 @@ constexpr FixStep fixSteps[] = {
 
 void ShowClosingPage() {
     std::string address = Setting("Fix", "NetURL");
-    if (Num1(Setting("Fix", "UseIBForNetURL"))) {
-        State().browserAddress = ExpandMacros(address);
-        if (Links().showPanelBrowser) Links().showPanelBrowser(true);
-    } else if (CharacterCount(address) > 1) {
-        OpenDocument(ExpandMacros(address));
-    }
+    bool inside = Num1(Setting("Fix", "UseIBForNetURL"));
+    if (inside || CharacterCount(address) > 1) OpenInBrowser(ExpandMacros(address), inside);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 struct ProgramState {
     std::string settingsFile;  // full path of the settings INI
-    std::string debugFile;     // trace file, used only while debugToFile
-    std::string appName;       // technician's company name
+    std::string sDebugFile;    // trace file, used only while bDebugToFile
+    std::string AppName;       // technician's company name
     std::string phoneNumber;
     std::string strSupportEmail;      // mail address, or web address that starts with "http"
     std::string remoteSupportTarget;  // file name, address or download address, by mode

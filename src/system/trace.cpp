@@ -39,7 +39,7 @@ void OpenDebugFile() {
         files += !item.IsFolder();
         return true;
     });
-    State().debugFile = folder + "\\DebugOutput - " + GetEXEName() + " " + NumberText(files + 1) + ".txt";
+    State().sDebugFile = folder + "\\DebugOutput - " + GetEXEName() + " " + NumberText(files + 1) + ".txt";
 }
 
 void FindSettingsFile(bool besideProgram) {
@@ -59,7 +59,7 @@ void DebugOutputLine(std::initializer_list<TraceValue> values) {
     std::string line;
     for (const TraceValue& value : values) line += "\t" + value.Text();
     pc::DebugLine(line);
-    if (State().bDebugToFile) SaveTextToFileNoDebug(State().debugFile, NowText() + line, false);
+    if (State().bDebugToFile) SaveTextToFileNoDebug(State().sDebugFile, NowText() + line, false);
 }
 
 void InitPaths(bool initPaths, bool besideProgram) {
