@@ -6,7 +6,9 @@
 
 // Icon, translated captions and the logo's link.
 void LoadPanelCommon(Form& form);
+// Captions that "AltLang.INI" replaces.
 void ApplyLanguageCaptions(Form& form);
+// Texts, buttons, logo and phone of the face, and what the actions read in State().
 void LayoutClassicPanel(Form& form);
 void LayoutNewPanel(Form& form);
 // Groups and items of the new face's sidebar. Items lead to actions by their position (actions.h).

@@ -7,4 +7,5 @@
 void LoadRestorePointPage(Form& form);
 // The same, then brings the page up.
 void ShowRestorePointPage(Form& form);
+// Gives the page's controls their handlers.
 void AttachRestorePage(Form& form);
