@@ -207,6 +207,10 @@ TEST_F(PanelLayoutTest, LanguageFileReplacesCaptions) {
                 Control* control = form.Find(row.control);  // the new face has no Close button
                 EXPECT_TRUE(!control || control->Text() == (replaced ? row.control : row.builtIn)) << row.key;
             }
+            Pc().SetIni(languageFile, "MainForm", "Firewall", "Installierte Brandschutzmauer:");
+            ApplyLanguageCaptions(form);
+            EXPECT_EQ(form.Find("Label8")->Place().width, 2700) << "the values give way to a long label";
+            ExpectTidy(form);
         }
 }
 

@@ -228,10 +228,10 @@ constexpr ControlSpec controls[] = {
     {Kind::label, "lblFileName0", "App &Path/Executable Name ", {formLeft, 1950, halfWidth, 240}, page},
     {Kind::textBox, "txtFileName(0)", "", {formLeft, 2220, 2580, 345}, page},
     {Kind::button, "cmdBrowseForApp(0)", "&Browse", {6300, 2205, 900, 375}, page},
-    {Kind::label, "lblFileName1", "App Path/E&xecutable Name ", {right, 1950, halfWidth, 240}, page},
+    {Kind::label, "lblFileName1", "App Pat&h/Executable Name ", {right, 1950, halfWidth, 240}, page},
     {Kind::textBox, "txtFileName(1)", "", {right, 2220, 2580, 345}, page},
     {Kind::button, "cmdBrowseForApp(1)", "Bro&wse", {10080, 2205, 900, 375}, page},
-    {Kind::label, "lblAppURL0", "App Download UR&L:", {formLeft, 2760, halfWidth, 240}, page},
+    {Kind::label, "lblAppURL0", "App D&ownload URL:", {formLeft, 2760, halfWidth, 240}, page},
     {Kind::textBox, "txtAppURL(0)", "", {formLeft, 3030, halfWidth, 345}, page},
     {Kind::label, "txtAppURL(0)Note", "", {formLeft, 3375, halfWidth, 210}, page, note | noPrefix},
     {Kind::label, "lblDLName0", "Download &File Name (Required)", {formLeft, 3630, halfWidth, 240}, page},
@@ -254,11 +254,11 @@ constexpr ControlSpec controls[] = {
     {Kind::checkBox, "chkCustom32", "&32-bit", {formLeft, 6120, 1500, 285}, page},
     {Kind::checkBox, "chkCustom64", "&64-bit", {5280, 6120, 1500, 285}, page},
     {Kind::checkBox, "chkCustomXP", "Windows &XP", {formLeft, 6480, 1500, 285}, page},
-    {Kind::checkBox, "chkCustomVista", "Windows &Vista", {5280, 6480, 1680, 285}, page},
+    {Kind::checkBox, "chkCustomVista", "Windows V&ista", {5280, 6480, 1680, 285}, page},
     {Kind::checkBox, "chkCustom7", "Windows &7", {7080, 6480, 1500, 285}, page},
     {Kind::checkBox, "chkCustom8", "Windows &8 and later", {8640, 6480, 2340, 285}, page},
     {Kind::button, "cmdMaint(2)", "Save and Te&st", {6960, 7230, 1920, 420}, page},
-    {Kind::button, "cmdMaint(3)", "Save App", {9060, 7230, 1920, 420}, page},
+    {Kind::button, "cmdMaint(3)", "Sa&ve App", {9060, 7230, 1920, 420}, page},
 };
 
 }  // namespace

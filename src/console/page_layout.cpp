@@ -10,9 +10,9 @@ namespace {
 constexpr int pageLeft = consoleSideBarWidth, pageWidth = consoleWidth - consoleSideBarWidth;
 constexpr int margin = 300, gap = 300;
 constexpr int fullWidth = pageWidth - 2 * margin, halfWidth = (fullWidth - gap) / 2;
-constexpr int lineHeight = 270, boxHeight = 345, rowGap = 45;
+constexpr int lineHeight = 270, boxHeight = 345;
 // Generous for the system font at 9 points, so that a text that just fits here is not cut there.
-constexpr int characterWidth = 102;
+constexpr int characterWidth = 92;
 
 // Makes the texts of control names that a table cannot hold itself live as long as the program.
 const char* Kept(std::string text) {
@@ -89,9 +89,10 @@ private:
             caption = Kept(page.copy ? std::string(page.sideBarText) + " (New Interface Only)" : "Custom Button");
         Add(Kind::label, "", caption, 420, heading | noPrefix);
         y += 120;
+        top = y;
     }
     void PlaceGroup(const PageItem& item) {
-        y += 120;
+        if (y > top) y += 120;
         Add(Kind::label, "", item.caption, 270, bold | noPrefix);
         y += 60;
     }
@@ -107,7 +108,7 @@ private:
         Add(kind, name, "", height, flags, &item);
         // What is wrong with the box, or why it is grey.
         Add(Kind::label, name + "Note", "", 210, note | noPrefix);
-        y += rowGap - 45;
+        y += 45;
     }
     void PlaceTick(const PageItem& item) {
         int lines = LinesOf(item.caption, width - 300);
@@ -132,7 +133,7 @@ private:
 
     const Page& page;
     std::vector<ControlSpec>& controls;
-    int left = 240, right = 240, x = 0, y = 0, width = 0, labels = 0;
+    int left = 240, right = 240, top = 0, x = 0, y = 0, width = 0, labels = 0;
 };
 
 }  // namespace
@@ -146,7 +147,7 @@ std::span<const ControlSpec> LayoutConsole() {
             std::string name = page.control;
             if (name == "picAutoSRP") {
                 for (const ControlSpec& spec : RestoreScheduleControls()) controls.push_back(spec);
-                layout.Skip(3300);
+                layout.Skip(3480);
             }
             if (name == "picCustomAppsMaint")
                 for (const ControlSpec& spec : AppEditorControls()) controls.push_back(spec);

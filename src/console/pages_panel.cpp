@@ -124,11 +124,11 @@ const PageItem remote[] = {
     {Item::group, "", "Remote Support"},
     {Item::option, "optRemoteEXE", "Bundled E&xecutable", "Branding", "RemoteSupportType", 1, "", Keep::whenChosen,
      "EXE", 3},
-    {Item::option, "optRemoteURL", "Show &URL", "Branding", "RemoteSupportType", 2, "", Keep::whenChosen, "URL", 3},
+    {Item::option, "optRemoteURL", "Show &URL", "Branding", "RemoteSupportType", 1, "", Keep::whenChosen, "URL", 3},
     {Item::option, "optRemoteDLandEXE", "&Download && Execute", "Branding", "RemoteSupportType", 2, "",
      Keep::whenChosen, "Download", 3},
     // Behind the others, so that it is the one that loads when both keys are set: the panel obeys it first.
-    {Item::option, "optUseMSRA", "&Launch Remote Assistance", "Branding", "RemoteUseMSRA", 1, "", Keep::whenChosen, "1",
+    {Item::option, "optUseMSRA", "&Launch Remote Assistance", "Branding", "RemoteUseMSRA", 2, "", Keep::whenChosen, "1",
      3},
     {Item::text, "txtSupportApp", "Bundled Executable &or URL:", "Branding", "RemoteSupportApp", 1},
     {Item::text, "txtSupportAppParms", "Executable Command &Parameters:", "Branding", "RemoteSupportAppParms", 2},

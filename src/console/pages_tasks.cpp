@@ -89,7 +89,7 @@ const PageItem custom[] = {
      "CustomEXEParms", 0},
     {Item::text, "txtCustomDE", "Download &Filename:  (can be an executable or ZIP)", "CustomButton", "DownloadName",
      1},
-    {Item::text, "txtCustomEXEinZIP", "EXE/COM/MSI Filename to r&un:  (If download is a ZIP)", "CustomButton",
+    {Item::text, "txtCustomEXEinZIP", "EXE/COM/MSI Filename to ru&n:  (If download is a ZIP)", "CustomButton",
      "CustomEXEinZIP", 2},
     {Item::note, "", "(Leave blank if only one executable is inside the ZIP)", "", "", 2},
     {Item::text, "txtCustomAppName", "&Application Name:", "CustomButton", "CustomAppName", 1},

@@ -122,30 +122,30 @@ void SendRequest(Form& form) {
 }
 
 const ControlSpec mailControls[] = {
-    {Kind::label, "lblName", "Your &Name:", {300, 300, 2400, 300}},
-    {Kind::textBox, "txtName", "", {2760, 240, 5040, 360}},
-    {Kind::label, "lblEmail", "Your &Email Address:", {300, 780, 2400, 300}},
-    {Kind::textBox, "txtEmail", "", {2760, 720, 5040, 360}},
-    {Kind::label, "lblPhone", "Your P&hone Number:", {300, 1260, 2400, 300}},
-    {Kind::textBox, "txtPhone", "", {2760, 1200, 5040, 360}},
-    {Kind::label, "lblSubject", "Email Sub&ject:", {300, 1740, 2400, 300}},
-    {Kind::textBox, "txtSubject", "Support Request", {2760, 1680, 5040, 360}},
+    {Kind::label, "lblName", "Your &Name:", {300, 300, 2640, 300}},
+    {Kind::textBox, "txtName", "", {3000, 240, 4800, 360}},
+    {Kind::label, "lblEmail", "Your &Email Address:", {300, 780, 2640, 300}},
+    {Kind::textBox, "txtEmail", "", {3000, 720, 4800, 360}},
+    {Kind::label, "lblPhone", "Your P&hone Number:", {300, 1260, 2640, 300}},
+    {Kind::textBox, "txtPhone", "", {3000, 1200, 4800, 360}},
+    {Kind::label, "lblSubject", "Email Sub&ject:", {300, 1740, 2640, 300}},
+    {Kind::textBox, "txtSubject", "Support Request", {3000, 1680, 4800, 360}},
     {Kind::label, "lblBody", "Email &Body:  (Please describe your issue here.)", {300, 2280, 7500, 300}},
     {Kind::textBox, "txtBody", "", {300, 2640, 7500, 2280}, "", multiLine},
-    {Kind::picture, "picAttachments", "", {300, 5100, 5460, 1080}},
-    {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 5400, 300}, "picAttachments", bold},
+    {Kind::picture, "picAttachments", "", {300, 5100, 5700, 1080}},
+    {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 5640, 300}, "picAttachments", bold},
     {Kind::checkBox,
      "chkAttachInfo",
      "Attach &diagnostic information about your PC.",
-     {0, 360, 5400, 300},
+     {0, 360, 5640, 300},
      "picAttachments"},
-    {Kind::checkBox, "chkAttachPic", "Attach a &picture of your screen.", {0, 720, 5400, 300}, "picAttachments"},
-    {Kind::button, "Command1", "&Send Email", {5880, 5640, 1920, 480}},
+    {Kind::checkBox, "chkAttachPic", "Attach a &picture of your screen.", {0, 720, 5640, 300}, "picAttachments"},
+    {Kind::button, "Command1", "&Send Email", {6060, 5640, 1740, 480}},
 };
 
 const ControlSpec optionControls[] = {
-    {Kind::button, "cmdEmailSupport", "", {300, 300, 4200, 540}},
-    {Kind::button, "cmdEmailSupport2", "", {300, 960, 4200, 540}},
+    {Kind::button, "cmdEmailSupport", "Email Support", {300, 300, 4200, 540}},
+    {Kind::button, "cmdEmailSupport2", "Email Support", {300, 960, 4200, 540}},
 };
 
 }  // namespace
@@ -162,8 +162,8 @@ const FormDefinition frmEmailOptions = {
         form.onLoad = [&form] {
             SetFormIcon(form);
             form.SetCaption(SettingOr("Branding", "EmailButtonCaption", "Email Support"));
-            form.SetText("cmdEmailSupport", Setting("EmailConfig", "PrimaryOptionCaption"));
-            form.SetText("cmdEmailSupport2", Setting("EmailConfig", "SecondaryOptionCaption"));
+            form.SetText("cmdEmailSupport", SettingOr("EmailConfig", "PrimaryOptionCaption", "Email Support"));
+            form.SetText("cmdEmailSupport2", SettingOr("EmailConfig", "SecondaryOptionCaption", "Email Support"));
         };
         form.OnClick("cmdEmailSupport", [&form] {
             if (IsWebAddress())

@@ -70,7 +70,8 @@ PanelAction TaskItem(int item) {
 // Handlers that both faces have.
 void AttachCommon(Form& form) {
     if (Control* logo = form.Find("AlphaImgCtl1")) {
-        logo->onClick = [&form] { RunPanelAction(PanelAction::logoLink, form); };
+        if (Num1(Setting("Branding", "LogoToWebsite")))
+            logo->onClick = [&form] { RunPanelAction(PanelAction::logoLink, form); };
         logo->onMouseMove = [] {
             if (State().logoIsLink) host::ShowHandCursor();
         };

@@ -79,13 +79,13 @@ constexpr ControlSpec ActionButton(int column, const char* name, const char* cap
 
 constexpr auto classicControls = Join(
     std::array<ControlSpec, 12>{
+        ControlSpec{Kind::image, "AlphaImgCtl1", "Logo", {360, 360, 1815, 1575}},
         ActionButton(0, "cmdFix", "Fix Internet"),
         ActionButton(1, "cmdMaint", "Run Maintenance"),
         ActionButton(2, "cmdStartSupport", "Start Support Session"),
         ActionButton(3, "cmdEmailSupport", "Email Support"),
         ActionButton(4, "cmdCustom", "Custom Button"),
         {Kind::button, "cmdClose", "Close", {9780, 5880, 1380, 360}},
-        {Kind::image, "AlphaImgCtl1", "", {360, 360, 1815, 1575}},
         {Kind::label, "lblTel", "Telephone:", {60, 2235, 2400, 240}, "", alignCenter | noPrefix},
         {Kind::label, "lblPhone", "", {60, 2475, 2400, 780}, "", heading | alignCenter | noPrefix | wrap},
         {Kind::frame, "frameHealth", "Your PC Health", {2760, 240, 8400, healthHeight}},
@@ -103,28 +103,33 @@ constexpr ControlSpec InSchedule(Kind kind, const char* name, const char* captio
 constexpr std::array<ControlSpec, 4> ScheduleRow(int row, const char* enable, const char* day, const char* time,
                                                  const char* name) {
     int top = 1110 + 480 * row;
-    std::array<ControlSpec, 4> specs{InSchedule(Kind::checkBox, enable, "Enable Schedule", {240, top, 1860, 315}),
-                                     InSchedule(Kind::combo, day, "Daily", {2220, top, 1260, 315}),
-                                     InSchedule(Kind::textBox, time, "10:00:00", {3600, top, 2160, 315}),
-                                     InSchedule(Kind::textBox, name, "", {5880, top, 3180, 315})};
+    std::array<ControlSpec, 4> specs{InSchedule(Kind::checkBox, enable, "Enable Schedule", {240, top, 1860, 345}),
+                                     InSchedule(Kind::combo, day, "Daily", {2220, top, 1260, 345}),
+                                     InSchedule(Kind::textBox, time, "10:00:00", {3600, top, 2160, 345}),
+                                     InSchedule(Kind::textBox, name, "", {5880, top, 3180, 345})};
     specs[1].items = "Daily|Mon|Tue|Wed|Thu|Fri|Sat|Sun";
     return specs;
 }
 
-constexpr auto restorePage =
-    Join(Join(Join(ScheduleRow(0, "chkEnableRP(0)", "comboRPDay(0)", "txtRPTime(0)", "txtRPName(0)"),
-                   ScheduleRow(1, "chkEnableRP(1)", "comboRPDay(1)", "txtRPTime(1)", "txtRPName(1)")),
-              ScheduleRow(2, "chkEnableRP(2)", "comboRPDay(2)", "txtRPTime(2)", "txtRPName(2)")),
-         std::array<ControlSpec, 8>{
-             InSchedule(Kind::label, "lblRPTime", "Specify Time (hh:mm:ss)", {3600, 570, 2160, 240}),
-             InSchedule(Kind::label, "lblRPTimeNote", "Must be 24 hour format!", {3600, 810, 2160, 240}, note),
-             InSchedule(Kind::label, "lblRPName", "Restore Point Name:", {5880, 570, 3180, 240}),
-             InSchedule(Kind::button, "cmdSaveRP", "Save Schedule", {240, 2700, 2580, 420}),
-             OnPage(Kind::frame, "frameSRP", "Automatic System Restore Point Schedule", {480, 840, 9300, 3360}),
-             OnPage(Kind::button, "Command1", "Create Restore Point Now", {480, 4440, 2580, 420}),
-             OnPage(Kind::button, "cmdOpenSR", "Open System Restore", {3180, 4440, 2580, 420}),
-             OnPage(Kind::label, "Label12", "<< Back to Main Screen", {480, 420, 2580, 240}),
-         });
+constexpr auto restorePage = Join(
+    Join(
+        Join(
+            Join(
+                std::array<ControlSpec, 4>{
+                    OnPage(Kind::label, "Label12", "<< Back to Main Screen", {480, 420, 2580, 240}),
+                    InSchedule(Kind::label, "lblRPTime", "Specify Time (hh:mm:ss)", {3600, 570, 2160, 240}),
+                    InSchedule(Kind::label, "lblRPTimeNote", "Must be 24 hour format!", {3600, 810, 2160, 240}, note),
+                    InSchedule(Kind::label, "lblRPName", "Restore Point Name:", {5880, 570, 3180, 240}),
+                },
+                ScheduleRow(0, "chkEnableRP(0)", "comboRPDay(0)", "txtRPTime(0)", "txtRPName(0)")),
+            ScheduleRow(1, "chkEnableRP(1)", "comboRPDay(1)", "txtRPTime(1)", "txtRPName(1)")),
+        ScheduleRow(2, "chkEnableRP(2)", "comboRPDay(2)", "txtRPTime(2)", "txtRPName(2)")),
+    std::array<ControlSpec, 4>{
+        InSchedule(Kind::button, "cmdSaveRP", "Save Schedule", {240, 2700, 2580, 420}),
+        OnPage(Kind::frame, "frameSRP", "Automatic System Restore Point Schedule", {480, 840, 9300, 3360}),
+        OnPage(Kind::button, "Command1", "Create Restore Point Now", {480, 4440, 2580, 420}),
+        OnPage(Kind::button, "cmdOpenSR", "Open System Restore", {3180, 4440, 2580, 420}),
+    });
 
 // Sidebar on the left, logo, phone, custom texts, health and the status line beside it. The restore point page covers
 // everything but the status line, which its actions write to.
@@ -133,7 +138,7 @@ constexpr int newWidth = 10260, newHeight = 8400, statusTop = 7920;
 constexpr auto newControls =
     Join(std::array<ControlSpec, 10>{{
              {Kind::sideBar, "SideBar", "", {0, 0, 3120, newHeight}},
-             {Kind::image, "AlphaImgCtl1", "", {3360, 360, 2400, 1575}},
+             {Kind::image, "AlphaImgCtl1", "Logo", {3360, 360, 2400, 1575}},
              {Kind::label, "lblTel", "Telephone:", {7500, 780, 2520, 240}, "", noPrefix},
              {Kind::label, "lblPhone", "", {7500, 1020, 2520, 780}, "", heading | noPrefix | wrap},
              {Kind::label, "lblCustomLarge", "", {3360, 2160, 6660, 390}, "", heading | noPrefix},

@@ -204,11 +204,36 @@ void AlignTexts(Form& form) {
         if (Control* label = form.Find(name)) label->SetAlign(flag);
 }
 
+// The values give way to labels that a translation has made longer than the design has room for, as far as they can.
+void WidenHealthLabels(Form& form) {
+    constexpr int letter = 90, widest = 900;  // twips
+    int labelWidth = 0, more = 0;
+    std::vector<Control*> labels, values;
+    for (const auto& control : form.Controls())
+        if (control->GetKind() == Kind::label && EqualNoCase(control->Container(), "frameHealth"))
+            (control->Flags() & noPrefix ? values : labels).push_back(control.get());
+    for (Control* label : labels) {
+        labelWidth = label->Place().width;
+        more = std::max(more, static_cast<int>(CharacterCount(label->Text())) * letter - labelWidth);
+    }
+    more = std::min(more, widest);
+    if (more <= 0) return;
+    for (Control* label : labels) {
+        Box box = label->Place();
+        label->SetPlace({box.left, box.top, labelWidth + more, box.height});
+    }
+    for (Control* value : values) {
+        Box box = value->Place();
+        value->SetPlace({box.left + more, box.top, box.width - more, box.height});
+    }
+}
+
 }  // namespace
 
 void ApplyLanguageCaptions(Form& form) {
     ApplyLanguage(panelCaptions,
                   [&form](const char* control, const std::string& text) { form.SetText(control, text); });
+    WidenHealthLabels(form);
 }
 
 void LoadPanelCommon(Form& form) {
@@ -222,6 +247,7 @@ void LoadPanelCommon(Form& form) {
 void LayoutClassicPanel(Form& form) {
     DressPanel(form, false);
     PackButtons(form);
+    if (Control* first = form.Find("cmdFix")) first->SetFocus();  // not the logo, though it is read first
 }
 
 void LayoutNewPanel(Form& form) {

@@ -40,3 +40,16 @@ protected:
         EXPECT_FALSE(call);                         \
         EXPECT_EQ(uint32_t{code}, pc::LastError()); \
     } while (false)
+
+// --- how a form looks on this side, in pixels at a scale of 100, 150 or 200 percent
+class Control;
+class Form;
+struct PixelBox {
+    int left, top, right, bottom;
+};
+// Draws a loaded form at another scale.
+void ScaleForm(Form& form, int percent);
+// Place in the control's container.
+PixelBox PixelPlace(const Control& control);
+// Room that a text needs in the control's font; width limits the lines of a text that wraps.
+PixelBox TextRoom(const Control& control, const std::string& text, int width);

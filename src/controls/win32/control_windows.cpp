@@ -399,7 +399,8 @@ void Update(Control& control, Change change) {
         case Change::focus: TakeFocus(view); break;
         case Change::address: ShowAddress(view); break;
         case Change::toolTip:  // asked for when it is to be shown; to a screen reader it is a picture's name
-            if (control.GetKind() == Kind::image) SetWindowTextW(view.window, pc::Wide(control.ToolTip()).c_str());
+            if (control.GetKind() == Kind::image && !control.ToolTip().empty())
+                SetWindowTextW(view.window, pc::Wide(control.ToolTip()).c_str());
             break;
         case Change::timer: break;
     }

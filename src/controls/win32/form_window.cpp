@@ -73,16 +73,6 @@ void OnEscape(Form& form) {
     if (border == Border::dialog || border == Border::toolWindow) UnloadForm(form, true);
 }
 
-// Everything again for another resolution or other colours and fonts.
-void RefreshAll(FormWindow& form) {
-    RefreshFonts(form);
-    PlaceAllControls(form);
-    for (auto& control : form.form.Controls())
-        if (ControlWindow* view = WindowOfControl(*control); view && view->sideBar) LayoutSideBar(*view);
-    UpdateIcon(form.form);
-    RedrawWindow(form.window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
-}
-
 void OnDpiChanged(FormWindow& form, int dpi, const RECT& suggested) {
     form.dpi = dpi;
     form.scroll = {};
@@ -304,6 +294,15 @@ void Destroy(Form& form) {
     EndModal(form);
     ReleaseOwned(view->window);
     DestroyWindow(view->window);
+}
+
+void RefreshAll(FormWindow& form) {
+    RefreshFonts(form);
+    PlaceAllControls(form);
+    for (auto& control : form.form.Controls())
+        if (ControlWindow* view = WindowOfControl(*control); view && view->sideBar) LayoutSideBar(*view);
+    UpdateIcon(form.form);
+    RedrawWindow(form.window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 void UpdateCaption(Form& form) {

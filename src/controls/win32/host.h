@@ -152,5 +152,7 @@ void InstallDialogFilter();
 
 // --- form_window.cpp
 void FocusNext(FormWindow& form);
+// Everything again for another resolution or other colours and fonts.
+void RefreshAll(FormWindow& form);
 
 }  // namespace host

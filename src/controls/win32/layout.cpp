@@ -46,6 +46,15 @@ SIZE ContentsOf(const FormWindow& form) {
     return {Pixels(form.form.Width(), form.dpi), Pixels(form.form.Height(), form.dpi)};
 }
 
+// A form that is too large for its screen is drawn smaller, though not smaller than at 100 %; beyond that it scrolls.
+void FitToScreen(FormWindow& form, LONG width, LONG height) {
+    SIZE contents = ContentsOf(form), frame = OuterSize(form, 0, 0);
+    LONG fitting = std::min(form.dpi * (width - frame.cx) / contents.cx, form.dpi * (height - frame.cy) / contents.cy);
+    if (fitting >= form.dpi || fitting < 96) return;
+    form.dpi = static_cast<int>(fitting);
+    RefreshAll(form);
+}
+
 void ScrollTo(FormWindow& form, LONG x, LONG y) {
     RECT client;
     GetClientRect(form.window, &client);
@@ -130,7 +139,7 @@ SIZE OuterSize(const FormWindow& form, int clientWidth, int clientHeight) {
     auto style = static_cast<DWORD>(GetWindowLongW(form.window, GWL_STYLE)) & ~DWORD{WS_VSCROLL | WS_HSCROLL};
     auto extended = static_cast<DWORD>(GetWindowLongW(form.window, GWL_EXSTYLE));
     RECT frame = {0, 0, clientWidth, clientHeight};
-    if (!adjustForDpi || !adjustForDpi(&frame, style, FALSE, extended, static_cast<UINT>(form.dpi)))
+    if (!adjustForDpi || !adjustForDpi(&frame, style, FALSE, extended, static_cast<UINT>(DpiOf(form.window))))
         AdjustWindowRectEx(&frame, style, FALSE, extended);
     return {frame.right - frame.left, frame.bottom - frame.top};
 }
@@ -146,8 +155,9 @@ void PlaceFormFirst(FormWindow& form) {
     form.placed = true;
     HWND owner = GetWindow(form.window, GW_OWNER);
     RECT area = WorkArea(owner ? owner : form.window);
-    SIZE contents = ContentsOf(form), size = OuterSize(form, contents.cx, contents.cy);
     LONG width = area.right - area.left, height = area.bottom - area.top;
+    FitToScreen(form, width, height);
+    SIZE contents = ContentsOf(form), size = OuterSize(form, contents.cx, contents.cy);
     if (size.cy > height) size.cx += GetSystemMetrics(SM_CXVSCROLL);
     size = {std::min(size.cx, width), std::min(size.cy, height)};
     RECT around = area;

@@ -138,7 +138,7 @@ void DrawBackground(const ControlWindow& bar, HDC target) {
 
 int PartHeight(const Part& part, int width) {
     bool header = part.kind == PartKind::header, item = part.kind == PartKind::item;
-    int beside = header ? padding + chevronRoom : item ? textLeft + itemEnd : 2 * padding;
+    int beside = header ? padding + chevronRoom : item ? textLeft + itemEnd : 0;
     int text = MeasureString(PartText(part), PartFont(part), width - Scale(part, beside), wrapping).cy;
     if (header) return std::max(Scale(part, 32), text + Scale(part, 2 * rowPadding));
     return text + Scale(part, item ? 2 * rowPadding : 4);
@@ -153,11 +153,11 @@ int LayoutGroup(ControlWindow& bar, int group, int y, int width) {
     for (Part* part : view.parts) {
         if (part->group != group) continue;
         bool seen = part->kind == PartKind::header || expanded;
-        int height = seen ? PartHeight(*part, cardWidth) : 0;
         if (seen && part->kind == PartKind::subHeading) y += Scaled(10, dpi);
         // Texts stand inside; a row leaves the card's border free.
         int inset = part->kind == PartKind::header ? 0 : IsButton(*part) ? 1 : Scaled(padding, dpi);
-        SetWindowPos(part->window, nullptr, left + inset, y - view.scroll, cardWidth - 2 * inset, height,
+        int partWidth = cardWidth - 2 * inset, height = seen ? PartHeight(*part, partWidth) : 0;
+        SetWindowPos(part->window, nullptr, left + inset, y - view.scroll, partWidth, height,
                      SWP_NOZORDER | SWP_NOACTIVATE | (seen ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
         InvalidateRect(part->window, nullptr, TRUE);
         y += height;
