@@ -19,7 +19,9 @@ constexpr const char* ini = "C:\\Panel\\Brevanta.ini";
 constexpr const char* inet = "Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings";
 constexpr const char* toolbars = "HKLM\\Software\\Microsoft\\Internet Explorer\\Toolbar";
 constexpr const char* bhos = "HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Browser Helper Objects\\";
-constexpr const char* scopes = "HKCU\\Software\\Microsoft\\Internet Explorer\\SearchScopes\\";
+// The machine's are listed first, then the user's.
+constexpr const char* scopeS1 = "HKLM\\Software\\Microsoft\\Internet Explorer\\SearchScopes\\{S1}";
+constexpr const char* scopeS2 = "HKCU\\Software\\Microsoft\\Internet Explorer\\SearchScopes\\{S2}";
 
 class FixInternetTest : public PcTest {
 protected:
@@ -269,8 +271,8 @@ protected:
         Pc().SetText(toolbars, "{T2}", "Two");
         Pc().SetText(std::string(bhos) + "{B1}", "", "Helper");
         Pc().AddKey(std::string(bhos) + "{B2}\\below");
-        Pc().SetText(std::string(scopes) + "{S1}", "DisplayName", "Search");
-        Pc().AddKey(std::string(scopes) + "{S2}");
+        Pc().SetText(scopeS1, "DisplayName", "Search");
+        Pc().AddKey(scopeS2);
     }
     // T1 T2 B1 B2 S1 S2, as far as they are there.
     static std::string Left() {
@@ -280,7 +282,7 @@ protected:
         for (const char* name : {"B1", "B2"})
             if (Pc().HasKey(bhos + ("{" + std::string(name) + "}"))) left += name;
         for (const char* name : {"S1", "S2"})
-            if (Pc().HasKey(scopes + ("{" + std::string(name) + "}"))) left += name;
+            if (Pc().HasKey(name[1] == '1' ? scopeS1 : scopeS2)) left += name;
         return left;
     }
 };
@@ -320,7 +322,7 @@ TEST_F(AddonsTest, WhatIsCheckedGoesAndAllScopesOnlyAfterAWarning) {
 }
 
 TEST_F(AddonsTest, AnEmptyScopeListCountsAsAllChecked) {
-    Pc().RemoveKey("HKCU\\Software\\Microsoft\\Internet Explorer\\SearchScopes");
+    for (const char* scope : {scopeS1, scopeS2}) Pc().RemoveKey(scope);
     ShowForm(frmCleanIE);
     CheckRow("frmCleanIE", "ListView1", 0, true);
     Pc().Answer(pc::answerNo);
