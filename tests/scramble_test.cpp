@@ -64,7 +64,26 @@ TEST_F(ScrambleTest, PasswordsReadBackAndAnEmptyOneIsStoredToo) {
     }
     // Both guards and the first two key digits: 'a' ^ '4', 'a' ^ '2'.
     EXPECT_EQ(EncryptString("", passwordKey), Base85EncodeBytes("\x55\x53", false));
-    for (const char* damaged : {"", "~>", "garbage", "<~~>", "zz~>", "!!~>"}) DecryptString(damaged, passwordKey);
+}
+
+TEST_F(ScrambleTest, DamagedPasswordNeverPassesForTheRightOne) {
+    const std::string password = "secret word 1", stored = EncryptString(password, passwordKey);
+    std::vector<std::string> damaged = {"", "~>", "<~~>", "garbage", "zz~>", "!!~>", std::string(70000, 'z')};
+    for (size_t cut = 0; cut < stored.size(); ++cut) damaged.push_back(stored.substr(0, cut));
+    for (size_t at = 0; at + 2 < stored.size(); ++at)
+        for (char wrong : {'v', 'z', '\x01', '\xFF', '~'}) {
+            std::string text = stored;
+            if (text[at] == wrong) continue;
+            text[at] = wrong;
+            damaged.push_back(text);
+        }
+    for (const std::string& text : damaged) {
+        std::string read = DecryptString(text, passwordKey);
+        EXPECT_NE(read, password) << text;
+        EXPECT_LE(read.size(), 4 * text.size() + 4) << text;
+    }
+    // Blanks and line ends that an editor brings do no harm.
+    EXPECT_EQ(DecryptString(" " + stored.substr(0, 4) + "\r\n\t" + stored.substr(4), passwordKey), password);
 }
 
 }  // namespace

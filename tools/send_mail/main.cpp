@@ -86,11 +86,8 @@ bool Attach(curl_mime* mime, const std::string& path, std::vector<OpenFile>& fil
     return true;
 }
 
-void SetOptions(CURL* curl, const Request& request) {
-    // Port 465 speaks TLS from the first byte; on any other port it begins with STARTTLS.
-    bool implicitTls = request.useTls && request.port == "465";
-    curl_easy_setopt(curl, CURLOPT_URL,
-                     ((implicitTls ? "smtps://" : "smtp://") + request.server + ":" + request.port).c_str());
+void SetOptions(CURL* curl, const Request& request, const std::string& address) {
+    curl_easy_setopt(curl, CURLOPT_URL, address.c_str());
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "smtp,smtps");
     curl_easy_setopt(curl, CURLOPT_USE_SSL, request.useTls ? long{CURLUSESSL_ALL} : long{CURLUSESSL_NONE});
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, waitSeconds);
@@ -105,6 +102,8 @@ void SetOptions(CURL* curl, const Request& request) {
 
 std::string Send(const Request& request) {
     if (!request.whole) return "the request was cut";
+    std::string address = ServerAddress(request.server, request.port, request.useTls);
+    if (address.empty()) return "no server address: " + request.server + ":" + request.port;
     std::unique_ptr<CURL, void (*)(CURL*)> curl(curl_easy_init(), curl_easy_cleanup);
     std::vector<OpenFile> files;
     std::unique_ptr<curl_mime, void (*)(curl_mime*)> mime(curl_mime_init(curl.get()), curl_mime_free);
@@ -120,7 +119,7 @@ std::string Send(const Request& request) {
         headers = curl_slist_append(headers, header.c_str());
     for (const std::string& receiver : request.to)
         receivers = curl_slist_append(receivers, AddressOf(receiver).c_str());
-    SetOptions(curl.get(), request);
+    SetOptions(curl.get(), request, address);
     curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers);
     curl_easy_setopt(curl.get(), CURLOPT_MAIL_RCPT, receivers);
     curl_easy_setopt(curl.get(), CURLOPT_MIMEPOST, mime.get());

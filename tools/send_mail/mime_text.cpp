@@ -43,8 +43,10 @@ std::string MessageId() {
 }  // namespace
 
 std::string EncodedHeader(const std::string& given) {
+    // Longest line that stays as it is; a message may have none over 998 (RFC 5322).
+    constexpr size_t longestPlain = 800;
     std::string text = OneLine(given), encoded;
-    bool plain = true;
+    bool plain = text.size() <= longestPlain && text.find("=?") == std::string::npos;
     for (char c : text) plain = plain && c >= 32 && c < 127;
     if (plain) return text;
     // An encoded word has at most 75 characters; 42 bytes make 56 digits, and letters are not cut apart.
@@ -65,10 +67,37 @@ std::string AddressOf(const std::string& mailbox) {
     return "<" + Trim(text) + ">";
 }
 
+std::string MailboxHeader(const std::string& mailbox) {
+    std::string text = Trim(OneLine(mailbox)), address = AddressOf(text);
+    // An address alone, without name or brackets.
+    if (address == "<" + text + ">") return text;
+    std::string name = Trim(text.substr(0, text.rfind('<')));
+    std::string encoded = EncodedHeader(name);
+    if (encoded != name && name.size() > 1 && name.front() == '"' && name.back() == '"')
+        encoded = EncodedHeader(name.substr(1, name.size() - 2));  // the quotes are no part of the name
+    return encoded + (encoded.empty() ? "" : " ") + address;
+}
+
+std::string ServerAddress(const std::string& server, const std::string& port, bool useTls) {
+    auto only = [](const std::string& text, const char* allowed) {
+        return !text.empty() && text.find_first_not_of(allowed) == std::string::npos;
+    };
+    std::string host = Trim(server);
+    bool literal = host.size() > 2 && host.front() == '[' && host.back() == ']';
+    if (literal ? !only(host.substr(1, host.size() - 2), "0123456789abcdefABCDEF:.")
+                : !only(LowerCase(host), "abcdefghijklmnopqrstuvwxyz0123456789.-_"))
+        return "";
+    if (!only(port, "0123456789") || port.size() > 5) return "";
+    // Port 465 speaks TLS from the first byte; on any other port it begins with STARTTLS.
+    return (useTls && port == "465" ? "smtps://" : "smtp://") + host + ":" + port;
+}
+
 std::vector<std::string> MessageHeaders(const std::string& from, const std::vector<std::string>& to,
                                         const std::string& subject) {
     std::string receivers;
-    for (const std::string& receiver : to) receivers += (receivers.empty() ? "" : ", ") + OneLine(receiver);
-    return {DateHeader(), "From: " + OneLine(from), "To: " + receivers, "Subject: " + EncodedHeader(subject),
-            MessageId()};
+    for (const std::string& receiver : to) receivers += (receivers.empty() ? "" : ",\r\n ") + MailboxHeader(receiver);
+    std::vector<std::string> headers = {DateHeader(), "From: " + MailboxHeader(from), "To: " + receivers,
+                                        "Subject: " + EncodedHeader(subject), MessageId()};
+    for (std::string& header : headers) header = ReplaceAll(header, "?= =?", "?=\r\n =?");
+    return headers;
 }
