@@ -31,6 +31,17 @@ protected:
     static std::string Stored(const char* section, const char* key) { return Setting(section, key); }
 };
 
+// Keys of the settings written so far, in order; the same one after the other counts once.
+std::vector<std::string> WrittenKeys() {
+    std::vector<std::string> keys;
+    for (const std::string& line : Pc().Journal("ini ")) {
+        size_t from = line.find("] ") + 2;
+        std::string key = line.substr(from, line.find('=') - from);
+        if (keys.empty() || keys.back() != key) keys.push_back(key);
+    }
+    return keys;
+}
+
 bool IsTick(const Field& field) { return field.item == Item::check || field.item == Item::option; }
 
 // Fields that WriteEmailConfig keeps are Keep::none here; they have a test of their own.
@@ -130,13 +141,8 @@ TEST_F(ConsoleTest, TheMailAccountIsKeptInItsOrderAndThePasswordScrambled) {
     form->SetValue("chkUseSSL", 1);
     Pc().journal.clear();
     WriteEmailConfig(*form);
-    std::vector<std::string> keys;
-    for (const std::string& line : Pc().Journal("ini ")) {
-        std::string entry = line.substr(line.find("] ") + 2);
-        keys.push_back(entry.substr(0, entry.find('=')));
-    }
-    EXPECT_LINES(
-        keys, {"SMTPServer", "SMTPPort", "SMTPUserName", "SMTPPassword", "FromEmail", "ToEmail", "SMTPAuth", "UseSSL"});
+    EXPECT_LINES(WrittenKeys(), {"SMTPServer", "SMTPPort", "SMTPUserName", "SMTPPassword", "FromEmail", "ToEmail",
+                                 "SMTPAuth", "UseSSL"});
     EXPECT_EQ(DecryptString(Stored("EmailConfig", "SMTPPassword"), passwordKey), "secret");
     EXPECT_EQ(Stored("EmailConfig", "SMTPPassword").find("secret"), std::string::npos);
     form = &Reopen();
@@ -276,6 +282,51 @@ TEST_F(ConsoleTest, ADownloadedSetIsShownByANewConsoleAndADamagedOneChangesNothi
         EXPECT_EQ(Pc().Journal("show").size(), *row.shown ? 1u : 0u);
         EXPECT_EQ(Pc().Journal(*row.shown ? row.shown : "show").size(), *row.shown ? 1u : 0u);
     }
+}
+
+TEST_F(ConsoleTest, AScheduleButtonSavesItsOwnKeysOnly) {
+    struct Case {
+        const char *page, *button;
+        std::vector<std::string> keys;
+    };
+    const Case cases[] = {
+        {"picAutoUpdate", "Command1", {"UpdateConfig", "UpdateConfigLoc", "UpdateApp", "OpenTSAfterInstall"}},
+        {"picAutoSRP", "Command10", {"Freq", "Time", "Name", "Enable"}},
+        {"picMaintenance", "Command9", {"MaintReminderDays", "MaintCheckEnabled"}}};
+    Form& form = Open();
+    for (const Case& row : cases) {
+        ShowPage(form, row.page);
+        Pc().journal.clear();
+        Pc().Answer(pc::answerOk);
+        Click("frmConfig", row.button);
+        EXPECT_LINES(WrittenKeys(), row.keys);
+        EXPECT_TRUE(Pc().journal.back().starts_with("show \"Schedules Set!\"")) << row.button;
+    }
+}
+
+TEST_F(ConsoleTest, ASkinIsPreviewedByANewConsole) {
+    for (const char* computer : {"PC", "Dev"}) {
+        SimulatedPc::UseWindows(Windows::seven).SetEnv("computername", computer);
+        ForgetForms();
+        WriteSetting("Branding", "AppName", "Harbour");
+        ShowPage(Open(), "picSkins");
+        Pc().journal.clear();
+        Pc().Pick("");
+        Click("frmConfig", "Command6");
+        Click("frmConfig", "Command7");  // none selected
+        EXPECT_EQ(Pc().Journal("ini ").size() + Pc().Journal("run").size() + Pc().Journal("show").size(), 0u);
+        Pc().Pick("C:\\Panel\\Skins\\Calm.urf");
+        Click("frmConfig", "Command6");
+        EXPECT_EQ(WrittenKeys().front(), "Skin");
+        EXPECT_EQ(Stored("Branding", "Skin"), "Calm.urf");
+        EXPECT_EQ(Pc().Journal("run hidden schtasks.exe").empty(), std::string(computer) == "Dev");
+        EXPECT_EQ(Pc().Journal("run").back(), "run C:\\Panel\\Brevanta.exe /configskin");
+        EXPECT_TRUE(LoadedForms().empty());
+    }
+    ShowPage(Open(), "picSkins");
+    Pc().Answer(pc::answerOk);
+    Click("frmConfig", "Command8");
+    EXPECT_EQ(Stored("Branding", "Skin") + TextOn("frmConfig", "lblSkin"), "");
 }
 
 TEST_F(ConsoleTest, AppsAreEditedOrderedRenamedAndDeleted) {

@@ -153,6 +153,9 @@ TEST_F(ProcessesTest, KillByIdNeedsTheDebugPrivilege) {
     EXPECT_FALSE(KillProcessByID(pc::OwnProcessId(), 3));
     EXPECT_TRUE(KillProcessByID(id, 3));
     EXPECT_TRUE(Pc().heldPrivileges.empty());
+    Pc().heldPrivileges = {"SeDebugPrivilege"};
+    KillProcessByID(987654, 3);
+    EXPECT_EQ(Pc().heldPrivileges.size(), 1u);  // was on before
     EXPECT_LINES(Pc().Journal("kill"), {"kill a.exe"});
 }
 

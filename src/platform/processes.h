@@ -47,8 +47,9 @@ std::vector<ProcessEntry> ListProcesses();
 uint32_t OwnProcessId();
 
 enum class PrivilegeStep { done, openToken, lookup, adjust };
-// Switches one privilege of the own token. On failure the step that failed, with the code in LastError().
-PrivilegeStep SetPrivilege(const std::string& name, bool enable);
+// Switches one privilege of the own token; changed (may be null) tells whether it was otherwise before. On failure the
+// step that failed, with the code in LastError().
+PrivilegeStep SetPrivilege(const std::string& name, bool enable, bool* changed = nullptr);
 
 // Opens a document, folder or address with the system's handler. verb may be empty ("open"), so may parameters.
 // Above 32 is success, else the shell's code.

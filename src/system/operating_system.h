@@ -30,4 +30,5 @@ public:
     std::string VistaSKU() const;
 };
 
+// Of the running system.
 bool IsVistaOrLater();

@@ -192,10 +192,11 @@ bool KillProcessByID(uint32_t processId, uint32_t exitCode) {
     constexpr const char* debugPrivilege = "SeDebugPrivilege";
     if (processId == pc::OwnProcessId()) return false;
     bool isNt = pc::GetOsVersion().platform == 2;
-    if (isNt && pc::SetPrivilege(debugPrivilege, true) != pc::PrivilegeStep::done) return false;
+    bool wasOff = false;
+    if (isNt && pc::SetPrivilege(debugPrivilege, true, &wasOff) != pc::PrivilegeStep::done) return false;
     pc::Process process;
     bool ended = pc::OpenProcessById(processId, pc::processAllAccess, process) && pc::Terminate(process, exitCode);
-    if (isNt) pc::SetPrivilege(debugPrivilege, false);
+    if (wasOff) pc::SetPrivilege(debugPrivilege, false);
     return ended;
 }
 

@@ -99,7 +99,10 @@ TEST_F(ProcessesContract, TimePassesInSleep) {
 }
 
 TEST_F(ProcessesContract, PrivilegesByName) {
+    bool changed = true;
     EXPECT_EQ(pc::PrivilegeStep::done, pc::SetPrivilege("SeDebugPrivilege", true));
+    EXPECT_EQ(pc::PrivilegeStep::done, pc::SetPrivilege("SeDebugPrivilege", true, &changed));
+    EXPECT_FALSE(changed);
     EXPECT_EQ(pc::PrivilegeStep::done, pc::SetPrivilege("SeDebugPrivilege", false));
     EXPECT_EQ(pc::PrivilegeStep::lookup, pc::SetPrivilege("No such privilege", true));
 }

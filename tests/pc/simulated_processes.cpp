@@ -226,7 +226,7 @@ std::vector<ProcessEntry> ListProcesses() {
 
 uint32_t OwnProcessId() { return ownProcessId; }
 
-PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
+PrivilegeStep SetPrivilege(const std::string& name, bool enable, bool* changed) {
     if (Pc().Fails(denied)) return PrivilegeStep::openToken;
     if (!name.starts_with("Se") || !name.ends_with("Privilege")) {
         Pc().Refuse(1313);
@@ -237,9 +237,11 @@ PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
         Pc().Refuse(denied);
         return PrivilegeStep::adjust;
     }
-    std::erase(Pc().heldPrivileges, name);
     // Who has no right to a privilege is told so by nobody.
-    if (enable && !Pc().ordinaryUser) Pc().heldPrivileges.push_back(name);
+    enable = enable && !Pc().ordinaryUser;
+    bool wasEnabled = std::erase(Pc().heldPrivileges, name) > 0;
+    if (enable) Pc().heldPrivileges.push_back(name);
+    if (changed) *changed = wasEnabled != enable;
     return PrivilegeStep::done;
 }
 

@@ -58,7 +58,7 @@ std::vector<ProcessEntry> ListProcesses() {
 
 uint32_t OwnProcessId() { return GetCurrentProcessId(); }
 
-PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
+PrivilegeStep SetPrivilege(const std::string& name, bool enable, bool* changed) {
     KernelHandle token;
     if (!Done(OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, token.Receive())))
         return PrivilegeStep::openToken;
@@ -67,7 +67,11 @@ PrivilegeStep SetPrivilege(const std::string& name, bool enable) {
     wanted.Privileges[0].Attributes = enable ? SE_PRIVILEGE_ENABLED : 0;
     if (!Done(LookupPrivilegeValueW(nullptr, Wide(name).c_str(), &wanted.Privileges[0].Luid)))
         return PrivilegeStep::lookup;
-    if (!Done(AdjustTokenPrivileges(token.Get(), FALSE, &wanted, 0, nullptr, nullptr))) return PrivilegeStep::adjust;
+    TOKEN_PRIVILEGES before = {};
+    DWORD size = sizeof before;
+    if (!Done(AdjustTokenPrivileges(token.Get(), FALSE, &wanted, size, &before, &size))) return PrivilegeStep::adjust;
+    bool wasEnabled = (before.Privileges[0].Attributes & SE_PRIVILEGE_ENABLED) != 0;
+    if (changed) *changed = before.PrivilegeCount > 0 && wasEnabled != enable;
     return PrivilegeStep::done;
 }
 
