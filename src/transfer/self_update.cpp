@@ -1,5 +1,7 @@
 #include "transfer/self_update.h"
 
+#include <algorithm>
+
 #include "controls/branding.h"
 #include "controls/panel_links.h"
 #include "platform/files.h"
@@ -95,6 +97,16 @@ bool IsSoundUpdate(const std::string& archive) {
     return fits;
 }
 
+// Whether each program file that the archive brings is there: a disk may have been full in the middle.
+bool AllCame(const std::string& archive) {
+    ZipExtractionClass zip;
+    std::vector<std::string> names;
+    if (!zip.OpenZip(archive) || !zip.Test(names)) return false;
+    return std::all_of(names.begin(), names.end(), [](const std::string& name) {
+        return DoesFileExist(InPanel(name)) || name.find('\\') != std::string::npos || !EndsWithNoCase(name, ".exe");
+    });
+}
+
 void Stage(Form& form, const char* text) {
     form.SetText("Label1", text);
     DoEvents();
@@ -124,11 +136,15 @@ void SwapProgramFiles(Form& form, const std::string& archive) {
     Pause(1);
     Stage(form, "Unzipping Update...");
     UnzipFile(archive, GetAppPath(), true);
+    bool whole = DoesFileExist(NewName(programFiles[0])) && AllCame(archive);
     Remove(archive);
-    if (!DoesFileExist(NewName(programFiles[0])))
-        PutBack(running);
-    else
+    if (whole) {
         RemoveOldCopies();
+    } else {
+        for (const char* program : programFiles)
+            if (DoesFileExist(OldName(program))) Remove(NewName(program));
+        PutBack(running);
+    }
     ForgetRecovery();
 }
 
