@@ -23,8 +23,12 @@ void FetchConfiguration(cFTP& mFTP) {
 void SendUsage(cFTP& mFTP) {
     mFTP.CreateFTPDirectory("/Brevanta/Usage");
     mFTP.SetFTPDirectory("/Brevanta/Usage");
-    std::string local = GetAppPath() + "Usage.ini";
-    if (!mFTP.FTPUploadFile(local, pc::Environment("computername") + ".usage")) return;
+    std::string local = GetAppPath() + "Usage.ini", remote = pc::Environment("computername") + ".usage";
+    if (!mFTP.FTPUploadFile(local, remote)) return;
+    // A line cut near the end shows only in what has arrived; a server that cannot tell is believed.
+    auto sent = pc::GetFileInfo(local);
+    int32_t arrived = mFTP.GetFTPFileSize(remote);
+    if (arrived >= 0 && sent && static_cast<uint64_t>(arrived) != sent->size) return;
     Pause(1);
     pc::RemoveFile(local);
 }

@@ -11,7 +11,7 @@ import time
 from dataclasses import dataclass, field
 
 from pyftpdlib.authorizers import DummyAuthorizer
-from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.handlers import DTPHandler, FTPHandler
 from pyftpdlib.servers import FTPServer as PyFtpServer
 
 logging.disable(logging.INFO)  # pyftpdlib tells every step
@@ -91,9 +91,12 @@ def _send(handler, reply):
 
 
 class FtpServer:
-    """Serves a folder to one user with all rights. commands: "STOR /Brevanta/a.zip" and the like, as they came."""
+    """Serves a folder to one user. commands: "STOR /Brevanta/a.zip" and the like, as they came. Faults: `rights` of
+    pyftpdlib ("elr": no changes), `cut` ends a data connection after so many bytes, `address` is what it says in answer
+    to PASV instead of its own, `listing` what LIST gives instead of the folder's, `silent` hangs after the log-in."""
 
-    def __init__(self, folder, user="tech", password="secret", port=21):
+    def __init__(self, folder, user="tech", password="secret", port=21, rights="elradfmwMT", cut=0, address=None,
+                 listing=None, silent=False):
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
         self.commands = commands = []
@@ -102,12 +105,41 @@ class FtpServer:
             authorizer = DummyAuthorizer()
             auth_failed_timeout = 0
             banner = "ready"
+            masquerade_address = address
+            use_sendfile = False
 
             def pre_process_command(self, line, cmd, arg):
                 commands.append(f"{cmd} {arg}".strip())
-                super().pre_process_command(line, cmd, arg)
+                if not (silent and self.authenticated):
+                    super().pre_process_command(line, cmd, arg)
 
-        Handler.authorizer.add_user(user, password, str(folder), perm="elradfmwMT")
+            def ftp_LIST(self, path):
+                if listing is None:
+                    return super().ftp_LIST(path)
+                self.push_dtp_data(listing, isproducer=False, cmd="LIST")
+                return path
+
+        class CutData(DTPHandler):
+            """Ends the connection instead of the transfer."""
+
+            def handle_read(self):
+                super().handle_read()
+                self.end_at(self.tot_bytes_received)
+
+            handle_read_event = handle_read
+
+            def initiate_send(self):
+                super().initiate_send()
+                self.end_at(self.tot_bytes_sent)
+
+            def end_at(self, count):
+                if count > cut and not self._closed:
+                    self.cmd_channel.respond("426 Connection closed; transfer aborted.")
+                    self.close()
+
+        if cut:
+            Handler.dtp_handler = CutData
+        Handler.authorizer.add_user(user, password, str(folder), perm=rights)
         self.server = PyFtpServer(("127.0.0.1", port), Handler)
 
     def __enter__(self):

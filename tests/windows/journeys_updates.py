@@ -1,4 +1,5 @@
 """What keeps panels current: the cloud area, the web address of a settings set, the program's own update."""
+import random
 import struct
 
 from harness import OUT, Journey, archive
@@ -50,6 +51,41 @@ class UpdatesJourney(Journey):
         self.assertEqual(len(usage), 1)
         self.assertIn("AppLaunch=1", usage[0].read_text())
         self.assertFalse((self.pc.folder / "Usage.ini").exists())
+
+    def test_an_ftp_server_that_goes_wrong_costs_neither_settings_nor_counters(self):
+        area = self.pc.session / "area"
+        self.pc.install("Brevanta.exe")
+        (self.pc.folder / "App.cfg").write_text("mine")
+        new_set = archive({"brevanta.ini": "[Branding]\r\nAppName=New Name\r\n", "App.cfg": random.Random(1).randbytes(300000)})
+        unix = b"-rw-r--r--   1 owner    group    %d Jan 01 2026 Brevanta?Config.zip\r\n" % len(new_set)
+        rows = {"wrong password": dict(password="other"), "no folder": {}, "cut": dict(cut=100000),
+                "lies about its address": dict(address="10.255.255.1"),
+                "foreign listing": dict(listing=b"4096 directory 12:01\r\n\xff\xfe no listing\r\n-rw-r--r-- x.zip\r\n"),
+                "listing of another file": dict(listing=unix), "empty listing": dict(listing=b"")}
+        for name, faults in rows.items():
+            folder = area / name.replace(" ", "_")
+            folder.mkdir(parents=True)
+            if name != "no folder":
+                (folder / "Brevanta").mkdir()
+                (folder / "Brevanta/BrevantaConfig.zip").write_bytes(new_set)
+            self.write()
+            with FtpServer(folder, **faults) as server:
+                self.pc.start("/updateconfig").wait(30)
+                self.assertEqual("RETR BrevantaConfig.zip" in server.commands, name == "cut", (name, server.commands))
+            self.assertIn("AppName=Old Name", self.settings(), name)
+            self.assertIn("LastMaintenance=11/01/2026 9:00:00 AM", self.settings(), name)
+            self.assertEqual((self.pc.folder / "App.cfg").read_text(), "mine", name)
+            self.assertFalse((self.pc.folder / "BrevantaConfig.zip").exists(), name)
+        usage = "[Usage]\r\nAppLaunch=7\r\n" + "".join(f"Button{i}={i:0200}\r\n" for i in range(1500))
+        for name, faults in {"may not be written": dict(rights="elr"), "cut upload": dict(cut=100000)}.items():
+            self.write()
+            (self.pc.folder / "Usage.ini").write_text(usage)
+            with FtpServer(area / "uploads", **faults) as server:
+                program = self.pc.start()
+                self.pc.form("frmMain", 60).close()
+                program.wait(60)
+            self.assertTrue(any(c.startswith("STOR ") for c in server.commands), (name, server.commands))
+            self.assertIn("AppLaunch=8", (self.pc.folder / "Usage.ini").read_text(), name)
 
     def test_scheduled_set_from_the_web_and_a_hostile_one(self):
         self.pc.install("Brevanta.exe")
