@@ -31,6 +31,10 @@ UninstallIcon "${MADE}/brevanta.ico"
 !define MUI_ICON "${MADE}/brevanta.ico"
 !define MUI_UNICON "${MADE}/brevanta.ico"
 !define MUI_ABORTWARNING
+; The last page's side in one calm colour: a picture of one pixel, stretched.
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${SOURCE}/installer/accent.bmp"
+!define MUI_WELCOMEFINISHPAGE_BITMAP_STRETCH FitControl
+BrandingText " "
 !define MUI_FINISHPAGE_RUN "$INSTDIR\Brevanta.exe"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
