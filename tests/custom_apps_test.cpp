@@ -276,23 +276,41 @@ TEST_F(CustomAppsTest, FormerSettingsAreConvertedOnce) {
 }
 
 TEST_F(CustomAppsTest, WhatStartsWithWindowsIsDefragmentedFileByFile) {
-    Use(Windows::seven);
-    const std::string run = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+    Use(Windows::sevenX64);
     Net().web["http://live-tools.brevanta.example/Contig.exe"].bytes = "tool";
-    Pc().AddFile("C:\\Apps\\one.exe");
+    const std::string current = "Microsoft\\Windows\\CurrentVersion\\",
+                      terminal =
+                          "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Terminal Server\\Install\\Software\\",
+                      policies = "Software\\" + current + "Policies\\Explorer\\Run";
+    const std::string five[] = {"SOFTWARE\\" + current + "Run", "SOFTWARE\\" + current + "RunOnce", policies,
+                                terminal + current + "Run", terminal + current + "Runonce"};
+    Lines keys, files;
+    for (const std::string& key : five) keys.push_back("HKLM\\" + key);
+    for (const char* name : {"Run", "RunOnce"}) keys.push_back("HKLM\\SOFTWARE\\wow6432node\\" + current + name);
+    for (const std::string& key : five) keys.push_back("HKCU\\" + key);
+    for (int i = 0; i < 4; ++i) keys.push_back("HKU\\.DEFAULT\\" + five[i]);
+    keys.push_back("HKCU\\.DEFAULT\\" + five[4]);
+    for (const std::string& key : keys) {
+        files.push_back("C:\\Apps\\" + std::to_string(files.size()) + ".exe");
+        Pc().AddFile(files.back());
+        Pc().SetText(key, "One", files.back() + " -x=1");
+        Pc().SetText(key, "Gone", "C:\\Apps\\gone.exe");
+    }
+    const std::string menu = "\\Start Menu\\Programs\\Startup\\", ann = "C:\\Users\\Ann",
+                      all = "C:\\ProgramData\\Microsoft\\Windows" + menu;
+    for (const std::string& file : {ann + "\\AppData\\Roaming\\Microsoft\\Windows" + menu + "a.exe",
+                                    ann + menu + "b.exe", all + "below\\plain.exe"}) {
+        Pc().AddFile(file);
+        files.push_back(file);
+    }
+    Pc().AddFile(all + "Desktop.ini");
+    Pc().AddFile("C:\\Users\\All Users" + menu + "never.exe");
     Pc().AddFile("C:\\Apps\\linked.exe");
-    Pc().SetText("HKLM\\" + run, "One", "C:\\Apps\\one.exe /x=1");
-    Pc().SetText("HKLM\\" + run, "Gone", "C:\\Apps\\gone.exe");
-    std::string startup = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Startup\\";
-    Pc().AddFile(startup + "Desktop.ini");
-    Pc().AddFile(startup + "below\\plain.exe");
-    cShellLinkA().CreateLink(startup + "l.lnk", "C:\\Apps\\linked.exe", "", "C:\\Apps", "", 1, 0, 0, "");
+    cShellLinkA().CreateLink(ann + menu + "l.lnk", "C:\\Apps\\linked.exe", "", "C:\\Apps", "", 1, 0, 0, "");
+    files.insert(files.end() - 1, "C:\\Apps\\linked.exe");
     DefragStartupFiles();
-    Lines runs = Pc().Journal("run");
-    std::sort(runs.begin(), runs.end());
-    std::string contig = "run \"" + tools + "contig.exe\" -v ";
-    EXPECT_LINES(
-        runs, {contig + "C:\\Apps\\linked.exe", contig + "C:\\Apps\\one.exe ", contig + startup + "below\\plain.exe"});
+    for (std::string& file : files) file = Run("contig.exe", "-v " + file);
+    EXPECT_LINES(Pc().Journal("run"), files);
     EXPECT_EQ(Pc().NumberOf("HKCU\\Software\\Sysinternals\\C", "EulaAccepted"), 1u);
 }
 

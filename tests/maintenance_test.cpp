@@ -97,6 +97,15 @@ TEST_F(MaintenanceTest, WholeRunTakesTheStepsInOrder) {
                   "run \"C:\\Panel\\3rd Party Tools\\contig.exe\" -v C:\\Tray\\tray.exe",
                   "run rundll32.exe advapi32.dll,ProcessIdleTasks"});
     EXPECT_LINES(steps, {"Running CleanMgr.exe", "Windows is processing background tasks..."});
+    // The restore point takes in all changes, and the record of the run is written behind it.
+    const auto place = [](const char* head) {
+        const auto& lines = Pc().journal;
+        return std::find_if(lines.begin(), lines.end(),
+                            [&](const std::string& line) { return line.starts_with(head); }) -
+               lines.begin();
+    };
+    EXPECT_LT(place("run rundll32.exe"), place("wmi restore point \"After maintenance\" 0 100"));
+    EXPECT_LT(place("wmi restore point"), place("ini C:\\Panel\\Brevanta.ini [General] LastMaintenance="));
     EXPECT_FALSE(Pc().Exists("C:\\Documents and Settings\\Ann\\Local Settings\\Temp\\a.tmp"));
     EXPECT_EQ(Pc().FileText("C:\\Panel\\3rd Party Tools\\CCleaner\\CCleaner.ini"), "[Options]");
     EXPECT_EQ(Pc().journal.back(), "show \"Maintenance is complete!\" (0) -> 1");

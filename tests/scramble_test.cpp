@@ -2,6 +2,8 @@
 #include "pc/pc_test.h"
 #include "system/base85.h"
 
+using std::string_literals::operator""s;
+
 namespace {
 
 TEST(Base85, EveryLengthAndByteReadsBack) {
@@ -64,6 +66,10 @@ TEST_F(ScrambleTest, PasswordsReadBackAndAnEmptyOneIsStoredToo) {
     }
     // Both guards and the first two key digits: 'a' ^ '4', 'a' ^ '2'.
     EXPECT_EQ(EncryptString("", passwordKey), Base85EncodeBytes("\x55\x53", false));
+    // Low bytes only: U+20AC and a pair, and a code of 0x82, which the code page gives the character U+201A.
+    EXPECT_EQ(Base85EncodeString("\xE2\x82\xAC\xF0\x9F\x98\x80", false), Base85EncodeBytes("\xAC\x3D\x00"s, false));
+    EXPECT_EQ(EncryptString("\xC2\xB0", passwordKey), Base85EncodeBytes("\x55\x1A\x51", false));
+    EXPECT_EQ(DecryptString(EncryptString("\xC3\xA9", passwordKey), passwordKey), "\xC3\xA9");
 }
 
 TEST_F(ScrambleTest, DamagedPasswordNeverPassesForTheRightOne) {

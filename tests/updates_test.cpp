@@ -354,6 +354,28 @@ TEST_F(UpdatesTest, UnsoundOrOlderUpdatesChangeNothing) {
     EXPECT_EQ(File("Brevanta.exe"), oldProgram) << "two updates at once";
 }
 
+TEST_F(UpdatesTest, TheTraceTellsTheDownloadsAndAnEarlierManifestCounts) {
+    struct {
+        bool earlier, manifest, update;
+        const char* program;
+        std::vector<std::string> lines;
+    } cases[] = {
+        {false, false, true, "old", {"FAILED:  TalvenmoorUpdates.zip"}},
+        {true, false, true, "new", {"FAILED:  TalvenmoorUpdates.zip", "SUCCEEDED:  BrevantaEXE.zip"}},
+        {false, true, false, "old", {"SUCCEEDED:  TalvenmoorUpdates.zip", "FAILED:  BrevantaEXE.zip"}},
+    };
+    for (const auto& c : cases) {
+        Prepare();
+        Offer(WholeUpdate());
+        if (!c.manifest) Net().web.erase("http://update.brevanta.example/TalvenmoorUpdates.zip");
+        if (!c.update) Net().web.erase("http://update.brevanta.example/BrevantaEXE.zip");
+        if (c.earlier) Pc().SetIni("C:\\Panel\\TalvenmoorUpdates.ini", "Brevanta", "CurrentVersion", "4.2.1");
+        Run("/updateonly");
+        EXPECT_EQ(File("Brevanta.exe"), c.program == std::string("new") ? newProgram : oldProgram);
+        for (const std::string& line : c.lines) EXPECT_TRUE(Pc().Traced("DOWNLOAD " + line)) << line;
+    }
+}
+
 TEST_F(UpdatesTest, APlugPulledAnywhereInTheSwapLeavesWholePrograms) {
     int points = 0;
     for (bool through = false; !through && points < 500; ++points) {

@@ -207,7 +207,7 @@ TEST_F(ZipTest, AnArchiveCutAtAnyByteOrChangedAnywhereHarmsNothing) {
         }
 }
 
-TEST_F(ZipTest, OpeningSaysWhatIsWrong) {
+TEST_F(ZipTest, ErrorsSayWhatIsWrong) {
     ZipExtractionClass reader;
     std::vector<std::string> errors;
     reader.ZipError = [&](int32_t code, const std::string& text) {
@@ -219,6 +219,21 @@ TEST_F(ZipTest, OpeningSaysWhatIsWrong) {
     EXPECT_FALSE(reader.OpenZip("C:\\Work\\text.zip"));
     EXPECT_LINES(errors, {"3 There is no Zip File Open", "10 The file C:\\Work\\none.zip doesn't exist",
                           "2 The file C:\\Work\\text.zip is not a Zip file"});
+    errors.clear();
+    HandEntry wrongSum = {"sub/sum", "x"};
+    wrongSum.crcClaim = 1;
+    Pc().AddFile(archive, HandZip({wrongSum, {"sub/odd", "x", 99}, {"there", "x"}}));
+    Pc().AddFile(std::string(target) + "\\there", "old");
+    Pc().Lock(std::string(target) + "\\there");
+    EXPECT_TRUE(reader.OpenZip(archive));
+    EXPECT_FALSE(reader.Extract("Q:\\none", true, true));
+    EXPECT_TRUE(reader.Extract(target, true, false));
+    EXPECT_TRUE(reader.Extract(target, false, true)) << "what becomes of single entries does not count";
+    EXPECT_LINES(errors,
+                 {"13 Can't create the folder Q:\\none", "5 Data checksum error in C:\\Work\\out\\sub\\sum",
+                  "4 The compression Method for sub\\odd is unsupported",
+                  "11 The file C:\\Work\\out\\there already exists", "5 Data checksum error in C:\\Work\\out\\sum",
+                  "4 The compression Method for odd is unsupported", "12 Can't remove the file C:\\Work\\out\\there"});
 }
 
 TEST_F(ZipTest, FoldersAreZippedFlatOrRelative) {

@@ -6,7 +6,7 @@
 
 namespace pc {
 
-// A captured bitmap; frees itself. value 0 means none.
+// A captured bitmap; frees itself. value 0 means none. palette is there on screens of 256 colours only.
 class Bitmap {
 public:
     Bitmap() = default;
@@ -15,7 +15,7 @@ public:
     Bitmap& operator=(const Bitmap&) = delete;
     void Free();
 
-    uintptr_t value = 0;
+    uintptr_t value = 0, palette = 0;
     int width = 0, height = 0;  // pixels
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/machine.h"
 #include "system/base85.h"
+#include "system/text.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ std::string Xor(std::string bytes, const std::string& key) {
 }  // namespace
 
 std::string Base85EncodeString(const std::string& text, bool bFramed) {
-    return Base85EncodeBytes(pc::ToAnsi(text), bFramed);
+    return Base85EncodeBytes(LowBytes(text), bFramed);
 }
 
 std::string Base85DecodeString(const std::string& text) {
@@ -25,7 +26,8 @@ std::string Base85DecodeString(const std::string& text) {
 }
 
 std::string EncryptString(const std::string& text, const std::string& key) {
-    return Base85EncodeBytes(Xor("a" + pc::ToAnsi(text) + "a", key), false);
+    // By way of text, as panels in the field do: a code whose character lies beyond 255 does not read back. ASCII does.
+    return Base85EncodeString(pc::FromAnsi(Xor("a" + pc::ToAnsi(text) + "a", key)), false);
 }
 
 std::string DecryptString(const std::string& stored, const std::string& key) {

@@ -193,3 +193,14 @@ std::string FirstCharacters(std::string_view text, size_t count) {
     while (count-- > 0 && i < text.size()) Next(text, i);
     return std::string(text.substr(0, i));
 }
+
+std::string LowBytes(std::string_view text) {
+    std::string bytes;
+    for (size_t i = 0; i < text.size();) {
+        uint32_t code = Next(text, i);
+        // A character beyond 16 bits is a pair there: upper and lower ten bits above 0x10000.
+        if (code > 0xFFFF && code != strayByte) bytes += static_cast<char>((code - 0x10000) >> 10);
+        bytes += static_cast<char>(code);
+    }
+    return bytes;
+}

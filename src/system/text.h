@@ -32,3 +32,5 @@ std::string GroupedText(double value, int maxDecimals);
 // Number of characters (code points) of a UTF-8 text, and its first n characters.
 size_t CharacterCount(std::string_view text);
 std::string FirstCharacters(std::string_view text, size_t count);
+// The low byte of each 16-bit character; the high one is lost.
+std::string LowBytes(std::string_view text);

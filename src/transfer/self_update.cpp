@@ -112,16 +112,15 @@ void Stage(Form& form, const char* text) {
     DoEvents();
 }
 
-// False when the manifest did not come.
-bool FetchManifest() {
+// When it does not come, an earlier one may still stand there and is used.
+void FetchManifest() {
     std::string archive = InPanel(manifestArchive);
     DownloadFile(UpdateUrl(manifestArchive), archive, "", false, false);
     bool there = DoesFileExist(archive);
     DebugOutput(std::string(there ? "DOWNLOAD SUCCEEDED:  " : "DOWNLOAD FAILED:  ") + manifestArchive);
-    if (!there) return false;
+    if (!there) return;
     UnzipFile(archive, GetAppPath(), true);
     Remove(archive);
-    return true;
 }
 
 void SwapProgramFiles(Form& form, const std::string& archive) {
@@ -184,10 +183,9 @@ void RunUpdate(Form& form) {
         FinishUpdate(form, false);
         return;
     }
-    bool bUpdateNeeded = false;
     FetchManifest();
     std::string manifest = InPanel("TalvenmoorUpdates.ini");
-    bUpdateNeeded = IsNewerVersion(RunningVersion(), ReadIni(manifest, "Brevanta", "CurrentVersion"));
+    bool bUpdateNeeded = IsNewerVersion(RunningVersion(), ReadIni(manifest, "Brevanta", "CurrentVersion"));
     FinishUpdate(form, bUpdateNeeded);
 }
 

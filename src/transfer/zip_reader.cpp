@@ -195,7 +195,7 @@ void ZipExtractionClass::ExtractEntry(const zip::Entry& entry, const std::string
         return;
     }
     ZipBuffer data;
-    if (ReadData(entry, *path, data)) Replace(target, *path, data, present.has_value());
+    if (ReadData(entry, *path, target, data)) Replace(target, *path, data, present.has_value());
 }
 
 // Makes the folders of the path one level at a time; a level that is a link is refused.
@@ -215,7 +215,8 @@ bool ZipExtractionClass::MakeFoldersOf(const std::string& folder, const std::str
 }
 
 // The entry's data, checked as its method allows. Before anything on disk is touched.
-bool ZipExtractionClass::ReadData(const zip::Entry& entry, const std::string& shownName, ZipBuffer& data) {
+bool ZipExtractionClass::ReadData(const zip::Entry& entry, const std::string& shownName, const std::string& target,
+                                  ZipBuffer& data) {
     if (entry.flags & zip::flagEncrypted) return Fail(zipEncrypted, "The entry " + shownName + " is encrypted");
     if (entry.method == zip::methodStored) return ReadCompressed(entry, 0, 0, data);
     if (entry.method != zip::methodDeflated)
@@ -232,8 +233,7 @@ bool ZipExtractionClass::ReadData(const zip::Entry& entry, const std::string& sh
     // No checksum of its own closes the stream, so the result code says nothing; the archive's checksum judges.
     uncompress(reinterpret_cast<Bytef*>(data.bytes.get()), &size, reinterpret_cast<const Bytef*>(stream.bytes.get()),
                static_cast<uLong>(stream.size));
-    if (size != data.size || Checksum(data) != entry.crc)
-        return Fail(zipChecksum, "Data checksum error in " + shownName);
+    if (size != data.size || Checksum(data) != entry.crc) return Fail(zipChecksum, "Data checksum error in " + target);
     return true;
 }
 
@@ -283,7 +283,7 @@ bool ZipExtractionClass::Test(std::vector<std::string>& names) {
         if (!path) return Fail(zipUnsafeName, "The name " + zip::EntryName(entry) + " is not safe");
         if (entry.size < 1) continue;
         ZipBuffer data;
-        if (!ReadData(entry, *path, data)) return false;
+        if (!ReadData(entry, *path, *path, data)) return false;
         if (Checksum(data) != entry.crc) return Fail(zipChecksum, "Data checksum error in " + *path);
         names.push_back(*path);
     }

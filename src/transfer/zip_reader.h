@@ -67,7 +67,7 @@ private:
     bool ClaimsAreSound(const std::vector<zip::Entry>& entries, const std::string& folder);
     void ExtractEntry(const zip::Entry& entry, const std::string& folder, bool bKeepFolders, bool bOverwrite);
     bool MakeFoldersOf(const std::string& folder, const std::string& path);
-    bool ReadData(const zip::Entry& entry, const std::string& shownName, ZipBuffer& data);
+    bool ReadData(const zip::Entry& entry, const std::string& shownName, const std::string& target, ZipBuffer& data);
     bool ReadCompressed(const zip::Entry& entry, size_t before, size_t behind, ZipBuffer& buffer);
     void Replace(const std::string& target, const std::string& shownName, const ZipBuffer& data, bool exists);
     bool ReadAt(uint64_t position, void* buffer, size_t size);

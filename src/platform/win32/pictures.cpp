@@ -8,6 +8,38 @@ namespace pc {
 
 namespace {
 
+// The colours of a screen of 256 colours as they are now; null on other screens, which need none.
+HPALETTE ScreenPalette(HDC screen) {
+    constexpr WORD colours = 256;
+    if ((GetDeviceCaps(screen, RASTERCAPS) & RC_PALETTE) == 0 || GetDeviceCaps(screen, SIZEPALETTE) != colours)
+        return nullptr;
+    // The structure ends in the first of its entries.
+    char memory[sizeof(LOGPALETTE) + (colours - 1) * sizeof(PALETTEENTRY)] = {};
+    auto* palette = reinterpret_cast<LOGPALETTE*>(memory);
+    palette->palVersion = 0x300;  // of Windows 3.0, the one there is
+    palette->palNumEntries = colours;
+    GetSystemPaletteEntries(screen, 0, colours, palette->palPalEntry);
+    return CreatePalette(palette);
+}
+
+// A palette in a device context, undone at the end; none changes nothing.
+class PaletteInUse {
+public:
+    PaletteInUse(HDC device, HPALETTE palette)
+        : context(device), before(palette ? SelectPalette(device, palette, FALSE) : nullptr) {
+        if (before) RealizePalette(context);
+    }
+    ~PaletteInUse() {
+        if (before) SelectPalette(context, before, FALSE);
+    }
+    PaletteInUse(const PaletteInUse&) = delete;
+    PaletteInUse& operator=(const PaletteInUse&) = delete;
+
+private:
+    const HDC context;
+    const HPALETTE before;
+};
+
 // A memory device context with a bitmap selected, undone at the end.
 class MemoryContext {
 public:
@@ -28,8 +60,10 @@ private:
 }  // namespace
 
 void Bitmap::Free() {
-    if (value) DeleteObject(reinterpret_cast<HBITMAP>(value));
-    value = 0;
+    for (uintptr_t* handle : {&value, &palette}) {
+        if (*handle) DeleteObject(reinterpret_cast<HGDIOBJ>(*handle));
+        *handle = 0;
+    }
 }
 
 intptr_t DesktopWindow() { return reinterpret_cast<intptr_t>(GetDesktopWindow()); }
@@ -42,13 +76,16 @@ bool CaptureWindow(intptr_t window, bool clientArea, int left, int top, int widt
     if (!source) return false;
     bitmap.Free();
     HBITMAP made = CreateCompatibleBitmap(source, width, height);
+    HPALETTE palette = ScreenPalette(source);
     bool copied = false;
     if (made) {
         MemoryContext memory(source, made);
+        PaletteInUse colours(memory.context, palette);
         copied = BitBlt(memory.context, 0, 0, width, height, source, left, top, SRCCOPY) != FALSE;
     }
     ReleaseDC(handle, source);
     bitmap.value = reinterpret_cast<uintptr_t>(made);
+    bitmap.palette = reinterpret_cast<uintptr_t>(palette);
     bitmap.width = width;
     bitmap.height = height;
     if (!copied) bitmap.Free();
@@ -68,8 +105,12 @@ bool ReduceColours(const Bitmap& bitmap, int bitsPerPixel, std::string& palette,
     size_t line = (static_cast<size_t>(bitmap.width) * static_cast<size_t>(bitsPerPixel) + 31) / 32 * 4;
     pixels.assign(line * static_cast<size_t>(bitmap.height), '\0');
     HDC screen = GetDC(nullptr);
-    int rows = GetDIBits(screen, reinterpret_cast<HBITMAP>(bitmap.value), 0, static_cast<UINT>(bitmap.height),
+    int rows = 0;
+    {
+        PaletteInUse own(screen, reinterpret_cast<HPALETTE>(bitmap.palette));
+        rows = GetDIBits(screen, reinterpret_cast<HBITMAP>(bitmap.value), 0, static_cast<UINT>(bitmap.height),
                          pixels.data(), reinterpret_cast<BITMAPINFO*>(info.data()), DIB_RGB_COLORS);
+    }
     ReleaseDC(nullptr, screen);
     palette.assign(info.begin() + sizeof(BITMAPINFOHEADER), info.end());
     return rows == bitmap.height;
