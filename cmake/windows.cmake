@@ -56,12 +56,14 @@ companion(maintenance_check BrevantaMCStub)
 set(CURL ${CMAKE_BINARY_DIR}/curl CACHE PATH "Where libcurl for the mail companion is built")
 add_custom_command(OUTPUT ${CURL}/lib/libcurl.a
     COMMAND ${CMAKE_SOURCE_DIR}/workshop/make_curl ${CURL}
+    DEPENDS ${CMAKE_SOURCE_DIR}/workshop/make_curl
     COMMENT "libcurl for the mail companion")
 add_custom_target(curl DEPENDS ${CURL}/lib/libcurl.a)
 companion(send_mail SendMail WINDOWLESS)
 add_dependencies(SendMail curl)
 target_include_directories(SendMail SYSTEM PRIVATE ${CURL}/include)
 target_compile_definitions(SendMail PRIVATE CURL_STATICLIB)
+set_property(TARGET SendMail APPEND PROPERTY LINK_DEPENDS ${CURL}/lib/libcurl.a)
 target_link_libraries(SendMail ${CURL}/lib/libcurl.a ws2_32 crypt32 bcrypt)
 get_property(companions GLOBAL PROPERTY COMPANIONS)
 
