@@ -35,7 +35,9 @@ namespace pc {
 int ShowMessage(const std::string& text, const std::string& title, uint32_t style) {
     std::vector<int> possible = Possible(style);
     int answer = possible[0];
-    if (Pc().answerer) {
+    if (Pc().choose) {
+        answer = possible[Pc().choose(possible.size())];
+    } else if (Pc().answerer) {
         answer = Pc().answerer(text);
     } else if (!Pc().answers.empty()) {
         answer = Pc().answers.front();

@@ -225,6 +225,7 @@ public:
     // Answers in order. A box without one is closed: OK, Cancel, or No where these are all there is.
     void Answer(int answer) { answers.push_back(answer); }
     void AnswerWith(std::function<int(const std::string& text)> answer) { answerer = std::move(answer); }
+    std::function<size_t(size_t)> choose;                          // picks one of so many buttons, of every box
     void Pick(const std::string& path) { picks.push_back(path); }  // for pickers; "" is cancel
 
     // --- internet --------------------------------------------------------------------------------------------------

@@ -370,10 +370,34 @@ std::string ExitCode(const Fields& f) {
     return Ok(Number(code));
 }
 
+// What a process holds: kernel handles (by the system's list of all, which Wine has too), and windows.
+std::string Handles(const Fields& f) {
+    struct Entry {
+        ULONG process;
+        UCHAR type, flags;
+        USHORT handle;
+        void* object;
+        ULONG access;
+    };
+    constexpr ULONG allHandles = 16;
+    auto query = (LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*))(void*)GetProcAddress(GetModuleHandleW(L"ntdll.dll"),
+                                                                                   "NtQuerySystemInformation");
+    std::vector<char> list(1 << 22);
+    if (!query || query(allHandles, list.data(), (ULONG)list.size(), nullptr) < 0) return Failed("no list of handles");
+    DWORD process = (DWORD)std::strtoul(f[0].c_str(), nullptr, 10);
+    auto entries = (const Entry*)(list.data() + sizeof(ULONG));
+    auto handles = std::count_if(entries, entries + *(const ULONG*)list.data(),
+                                 [&](const Entry& e) { return e.process == process; });
+    size_t windows = 0;
+    for (HWND window : TopWindows())
+        if (ProcessOf(window) == process) windows += 1 + ChildrenOf(window).size();
+    return Ok(List({Number(handles), Number((long long)windows)}));
+}
+
 // --- Tables of commands ---------------------------------------------------------------------------------------------
 
 const std::map<std::string, std::string (*)(const Fields&)> plainCommands = {
-    {"forms", Forms}, {"boxes", Boxes}, {"start", Start}, {"exitcode", ExitCode}};
+    {"forms", Forms}, {"boxes", Boxes}, {"start", Start}, {"exitcode", ExitCode}, {"handles", Handles}};
 
 // These take a form ("@handle" for a window without a name) and a control (may be empty) as their first fields.
 const std::map<std::string, std::string (*)(HWND, const Fields&)> windowCommands = {

@@ -46,6 +46,34 @@ class PanelJourney(Journey):
         panel.close()
         self.assertEqual(program.wait(), 0)
 
+    def test_two_hundred_clicks_leave_nothing_behind(self):
+        for file in (ROOT / "resources/demo").glob("*"):
+            shutil.copy(file, self.pc.folder)
+        program, panel = self.start_panel("frmMainNew")
+        ways = [lambda: panel.click("SideBar.1"), lambda: panel.click("SideBar.1"),  # a group closes and opens
+                lambda: panel.click("SideBar.2.1"), lambda: panel.click("Label12"),  # a page comes and goes
+                lambda: (panel.click("AlphaImgCtl1"), self.pc.box("Go to website").answer(CANCEL)),
+                lambda: (panel.click("SideBar.2.2"), self.pc.box().answer(CANCEL)),
+                lambda: (panel.click("SideBar.2.3"), self.pc.box().answer(CANCEL))]
+        expected = ["SideBar.1.1", "SideBar.1.1", "cmdSaveRP", "cmdSaveRP"]
+
+        def go(clicks):
+            for number in range(clicks):
+                step = number % len(ways)
+                shown = step < len(expected) and panel.control(expected[step])["visible"]
+                ways[step]()
+                if step < len(expected):
+                    wait(lambda: panel.control(expected[step])["visible"] != shown, f"click {number} to show")
+
+        go(28)  # what is made once is there now
+        before = program.held()
+        go(203)
+        after = program.held()
+        print("handles, windows, private KB:", before, after)
+        for what, limit, old, new in zip(("handles", "windows", "KB"), (4, 0, 600), before, after):
+            self.assertTrue(0 < new <= old + limit, what)
+        self.assertIn("Fix=33", (self.pc.folder / "Usage.ini").read_text())
+
     def test_external_address(self):
         login_page = Reply(b"<html>Welcome to the hotel</html>")
         for answer, shown in ((b"203.0.113.7\n", "203.0.113.7"), (login_page, "Unknown"), (Reply(status=302,
