@@ -7,6 +7,7 @@
 #include "system/program_state.h"
 #include "system/settings.h"
 #include "system/shortcuts.h"
+#include "system/text.h"
 #include "zip_bytes.h"
 
 namespace {
@@ -66,40 +67,31 @@ TEST_F(CustomAppsTest, AnAppRunsWhereItsKeysDoNotForbidIt) {
 TEST_F(CustomAppsTest, ThePathDecidesWhatRunsAndHow) {
     struct {
         Windows windows;
-        Keys keys;
-        Lines files, runs;
+        const char *keys, *files, *run;  // "@" is the folder of the tools
     } cases[] = {
         // In place, at once: the other keys are not asked.
-        {Windows::seven,
-         {{"App", "%WinDir%\\a.exe"},
-          {"AppParms", "/X %SystemDrive%"},
-          {"RunInCMD", "1"},
-          {"AlwaysAttemptDownload", "1"}},
-         {"C:\\Windows\\a.exe"},
-         {"run c:\\windows\\a.exe /x c:"}},
-        {Windows::seven, {{"App", "%windir%\\b.exe"}}, {}, {}},
-        {Windows::seven, {{"App", "A.exe"}, {"AppParms", "/Q"}}, {tools + "A.exe"}, {Run("A.exe", "/q")}},
-        {Windows::seven, {{"App", "C:\\A.exe"}}, {"C:\\A.exe"}, {}},
-        {Windows::seven, {{"App", "\\\\srv\\share\\a.exe"}}, {"\\\\srv\\share\\a.exe"}, {"run \\\\srv\\share\\a.exe"}},
-        {Windows::seven, {{"App", ""}, {"App64", "b.exe"}}, {tools + "b.exe"}, {}},
-        {Windows::sevenX64, {{"App", "a.exe"}, {"App64", "b.exe"}}, {tools + "a.exe", tools + "b.exe"}, {Run("b.exe")}},
-        {Windows::tenX64, {{"App", "a.exe"}}, {tools + "a.exe"}, {Run("a.exe")}},
-        {Windows::seven,
-         {{"App", "a.MSI"}, {"AppParms", "/q"}, {"RunInCMD", "1"}},
-         {tools + "a.MSI"},
-         {"run C:\\Windows\\system32\\msiexec.exe /i \"" + tools + "a.MSI\""}},
-        {Windows::seven,
-         {{"App", "a.exe"}, {"RunWithSystemAccess", "1"}},
-         {tools + "a.exe", tools + "psexec.exe"},
-         {"run hidden \"" + tools + "psexec.exe\" -s -i \"" + tools + "a.exe\""}},
+        {Windows::seven, "App=%WinDir%\\a.exe|AppParms=/X %SystemDrive%|RunInCMD=1|AlwaysAttemptDownload=1",
+         "C:\\Windows\\a.exe", "run c:\\windows\\a.exe /x c:"},
+        {Windows::seven, "App=%windir%\\b.exe", "", ""},
+        {Windows::seven, "App=A.exe|AppParms=/Q", "@A.exe", "run \"@A.exe\" /q"},
+        {Windows::seven, "App=C:\\A.exe", "C:\\A.exe", ""},
+        {Windows::seven, "App=\\\\srv\\share\\a.exe", "\\\\srv\\share\\a.exe", "run \\\\srv\\share\\a.exe"},
+        {Windows::seven, "App=|App64=b.exe", "@b.exe", ""},
+        {Windows::sevenX64, "App=a.exe|App64=b.exe", "@a.exe|@b.exe", "run \"@b.exe\""},
+        {Windows::tenX64, "App=a.exe", "@a.exe", "run \"@a.exe\""},
+        {Windows::seven, "App=a.MSI|AppParms=/q|RunInCMD=1", "@a.MSI",
+         "run C:\\Windows\\system32\\msiexec.exe /i \"@a.MSI\""},
+        {Windows::seven, "App=a.exe|RunWithSystemAccess=1", "@a.exe|@psexec.exe",
+         "run hidden \"@psexec.exe\" -s -i \"@a.exe\""},
     };
     for (const auto& c : cases) {
         Use(c.windows);
         Pc().AddDrive("\\\\srv\\share");
-        for (const std::string& file : c.files) Pc().AddFile(file);
-        Describe("app", c.keys);
+        for (const std::string& file : Listed(ReplaceAll(c.files, "@", tools))) Pc().AddFile(file);
+        for (const std::string& key : Listed(c.keys))
+            Describe("app", {{key.substr(0, key.find('=')), key.substr(key.find('=') + 1)}});
         RunCustomMaintApp("app");
-        EXPECT_LINES(Pc().Journal("run"), c.runs);
+        EXPECT_LINES(Pc().Journal("run"), Listed(ReplaceAll(c.run, "@", tools)));
         EXPECT_TRUE(Pc().contacted.empty());
     }
 }
@@ -215,22 +207,17 @@ TEST_F(CustomAppsTest, AFaultAnywhereNeverLosesTheProgram) {
 }
 
 TEST_F(CustomAppsTest, TheOrderFileIsReadInBothShapes) {
-    struct {
-        const char* text;
-        Lines names;
-    } cases[] = {
-        {"[SortOrder]\r\nSortOrder=b|a|\r\n", {"b", "a"}},
-        {"b|a|", {"b", "a"}},
-        {"b|a|\r\n\r\n", {"b", "a"}},
-        {"x|\r\n[c]\r\nSortOrder=a||b|\r\n", {"a", "b"}},
-        {"\xFE\r\n", {"\xC3\xBE"}},
-        {"", {}},
-        {"[SortOrder]", {}},
-    };
     EXPECT_LINES(ReadSortOrder(), {});
-    for (const auto& c : cases) {
-        Pc().AddFile("C:\\Panel\\SortOrder.cfg", c.text);
-        EXPECT_LINES(ReadSortOrder(), c.names);
+    const std::pair<const char*, const char*> cases[] = {{"[SortOrder]\r\nSortOrder=b|a|\r\n", "b|a"},
+                                                         {"b|a|", "b|a"},
+                                                         {"b|a|\r\n\r\n", "b|a"},
+                                                         {"x|\r\n[c]\r\nSortOrder=a||b|\r\n", "a|b"},
+                                                         {"\xFE\r\n", "\xC3\xBE"},
+                                                         {"", ""},
+                                                         {"[SortOrder]", ""}};
+    for (const auto& [text, names] : cases) {
+        Pc().AddFile("C:\\Panel\\SortOrder.cfg", text);
+        EXPECT_LINES(ReadSortOrder(), Listed(names));
     }
 }
 

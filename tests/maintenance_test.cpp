@@ -78,6 +78,7 @@ TEST_F(MaintenanceTest, WholeRunTakesTheStepsInOrder) {
     Set("SystemRPName", "After maintenance");
     Pc().AddFile("C:\\Documents and Settings\\Ann\\Local Settings\\Temp\\a.tmp");
     Pc().AddFile("C:\\Panel\\CCleaner.ini", "[Options]");
+    Pc().AddFile("C:\\Panel\\3rd Party Tools\\CCleaner\\CCleaner.ini", "old");
     Pc().AddFile("C:\\Panel\\3rd Party Tools\\pagedfrg.exe");
     Pc().AddFile("C:\\Panel\\3rd Party Tools\\contig.exe");
     Pc().AddFile("C:\\Panel\\3rd Party Tools\\Tool.exe");
@@ -109,14 +110,6 @@ TEST_F(MaintenanceTest, WholeRunTakesTheStepsInOrder) {
     EXPECT_FALSE(Pc().Exists("C:\\Documents and Settings\\Ann\\Local Settings\\Temp\\a.tmp"));
     EXPECT_EQ(Pc().FileText("C:\\Panel\\3rd Party Tools\\CCleaner\\CCleaner.ini"), "[Options]");
     EXPECT_EQ(Pc().journal.back(), "show \"Maintenance is complete!\" (0) -> 1");
-}
-
-TEST_F(MaintenanceTest, CCleanerSettingsReplaceOlderOnes) {
-    Pc().AddFile("C:\\Panel\\CCleaner.ini", "new");
-    Pc().AddFile("C:\\Panel\\3rd Party Tools\\CCleaner\\CCleaner.ini", "old");
-    Run();
-    EXPECT_EQ(Pc().FileText("C:\\Panel\\3rd Party Tools\\CCleaner\\CCleaner.ini"), "new");
-    EXPECT_EQ(Pc().FileText("C:\\Panel\\CCleaner.ini"), "new");
 }
 
 // A file and what a value of a key makes of it.
@@ -209,15 +202,12 @@ TEST_F(MaintenanceTest, EndsAsTheSettingsSay) {
         EXPECT_LINES(std::vector<std::string>(health + 1, Pc().journal.end()), expected);
         EXPECT_EQ(IsFormLoaded("frmMain"), one.stays);
         EXPECT_EQ(IsFormLoaded("frmOther"), one.stays);
+        EXPECT_EQ(
+            Pc().Journal("show").front(),
+            "show \"" + question +
+                (one.stays ? "" : "\r\n\r\n(The Support Control Panel will close after maintenance is complete.)") +
+                "\" (33) -> 1");
     }
-}
-
-TEST_F(MaintenanceTest, QuestionSaysThatThePanelWillClose) {
-    Set("CloseAppAfterMaint", "1");
-    RunMaintenance(ShowForm(panel));
-    EXPECT_EQ(Pc().journal.back(),
-              "show \"" + question +
-                  "\r\n\r\n(The Support Control Panel will close after maintenance is complete.)\" (33) -> 2");
 }
 
 TEST_F(MaintenanceTest, LanguageFileReplacesTheTexts) {

@@ -40,7 +40,6 @@ uint32_t LastError();
 // Of the item itself, also when it is a link. Nothing when it is not there or cannot be read.
 std::optional<FileInfo> GetFileInfo(const std::string& path);
 bool ChangeAttributes(const std::string& path, uint32_t attributes);
-bool SetFileTimes(const std::string& path, FileTime created, FileTime accessed, FileTime modified);
 // Whether the platform can open the file (a folder is none). Code -1 in the platform's old form means no.
 bool CanOpenFile(const std::string& path);
 
@@ -87,7 +86,6 @@ public:
     bool Write(const void* data, size_t size);
     bool Seek(uint64_t position);
     uint64_t Size() const;
-    bool Flush();
     void Close();
 
 private:
@@ -135,9 +133,9 @@ std::string MakeTempFile(const std::string& folder, const std::string& prefix);
 // Full path with "." and ".." resolved; no disk access.
 std::string FullPath(const std::string& path);
 
-// Shell copy (2), move (1), delete (3), rename (4) with the platform's flag bits. from may hold wildcards in its
-// last part. 0 is success, else the shell's code.
-int32_t ShellFileOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags);
+// The shell's copy with the platform's flag bits. from may hold wildcards in its last part. 0 is success, else the
+// shell's code.
+int32_t ShellCopy(const std::string& from, const std::string& to, uint32_t flags);
 
 // Sets the owner of a file; sid as bytes. 0 or the platform's code.
 uint32_t SetFileOwner(const std::string& path, const std::string& sid);

@@ -81,8 +81,6 @@ int32_t SetKeySecurity(const Key& key, const std::string& descriptor);
 // At most capacity - 1 characters come back. An absent key, section or file gives defaultText.
 std::string ReadProfileText(const std::string& file, const std::string& section, const std::string& key,
                             const std::string& defaultText, size_t capacity);
-int32_t ReadProfileNumber(const std::string& file, const std::string& section, const std::string& key,
-                          int32_t defaultNumber);
 // "key=value" entries of a section, each closed by a NUL.
 std::string ReadProfileSection(const std::string& file, const std::string& section, size_t capacity);
 // Makes file, section and key when missing. False when the file cannot be written.

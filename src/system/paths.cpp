@@ -13,7 +13,7 @@
 namespace {
 
 // Silent copy and move: no questions, folders made, security left as the target has it.
-constexpr uint32_t quietFlags = 0x0A10, renameOnCollisionFlag = 8, shellCopy = 2;
+constexpr uint32_t quietFlags = 0x0A10, renameOnCollisionFlag = 8;
 
 // Label and value of each detail line of a helper's own trace.
 using Details = std::initializer_list<std::pair<const char*, std::string_view>>;
@@ -252,8 +252,7 @@ std::string FileOrDir(const std::string& path) {
 
 bool CopyFileQuiet(const std::string& source, const std::string& target, bool renameOnCollision) {
     RedirectionOff redirection;
-    return pc::ShellFileOperation(shellCopy, source, target,
-                                  quietFlags | (renameOnCollision ? renameOnCollisionFlag : 0)) == 0;
+    return pc::ShellCopy(source, target, quietFlags | (renameOnCollision ? renameOnCollisionFlag : 0)) == 0;
 }
 
 bool MoveFileQuiet(const std::string& source, const std::string& target, bool renameOnCollision) {

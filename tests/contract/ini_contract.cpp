@@ -44,15 +44,6 @@ TEST_F(IniContract, LongValuesAreCut) {
     EXPECT_EQ(std::string(400, 'x'), Value("long", "", 1000));
 }
 
-TEST_F(IniContract, Numbers) {
-    Write("settings.ini", "[S]\r\na=12\r\nb=-5\r\nc=7 apples\r\nd=text\r\ne=0x1F\r\nf=+3\r\n");
-    struct {
-        const char* name;
-        int32_t number;
-    } rows[] = {{"a", 12}, {"b", -5}, {"c", 7}, {"d", 0}, {"e", 31}, {"f", 3}, {"missing", 99}};
-    for (const auto& row : rows) EXPECT_EQ(row.number, pc::ReadProfileNumber(file, "S", row.name, 99)) << row.name;
-}
-
 TEST_F(IniContract, Sections) {
     using namespace std::string_literals;
     Write("settings.ini", "[S]\r\na=1\r\n\r\n b = two \r\n[T]\r\nc=3\r\n");

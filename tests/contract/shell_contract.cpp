@@ -40,26 +40,6 @@ TEST_F(ShellContract, WhatIsNoShortcutLeavesTheFieldsAlone) {
     EXPECT_FALSE(pc::SaveShellLink(In("none\\a.lnk"), LinkTo(In("x.exe"))));
 }
 
-TEST_F(ShellContract, AMoveByPatternMergesFolders) {
-    constexpr uint32_t move = 1, quiet = 0xA10 | 0x4 | 0x400;
-    for (const char* name : {"from", "from\\both", "from\\both\\deep", "from\\new", "to", "to\\both"})
-        ASSERT_TRUE(pc::MakeFolder(In(name)));
-    Write("from\\file", "new");
-    Write("to\\file", "old");
-    Write("from\\both\\deep\\file", "deep");
-    Write("from\\both\\file", "new");
-    Write("to\\both\\file", "old");
-    Write("to\\both\\other", "kept");
-    EXPECT_EQ(0, pc::ShellFileOperation(move, In("from\\*.*"), In("to"), quiet));
-    EXPECT_EQ("new", Read("to\\file"));
-    EXPECT_EQ("new", Read("to\\both\\file"));
-    EXPECT_EQ("deep", Read("to\\both\\deep\\file"));
-    EXPECT_EQ("kept", Read("to\\both\\other"));
-    EXPECT_TRUE(IsThere("to\\new"));
-    EXPECT_TRUE(IsThere("from"));
-    EXPECT_TRUE(pc::RemoveFolder(In("from")));
-}
-
 TEST_F(ShellContract, NamesThatAreNoTextSurvive) {
     const std::string half = "\xED\xA0\x80";  // one half of a pair, as UTF-8's scheme would write it
     pc::Key opened;

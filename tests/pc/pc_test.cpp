@@ -1,6 +1,7 @@
 #include "pc/pc_test.h"
 
 #include "controls/panel_links.h"
+#include "pc/names.h"
 #include "system/program_state.h"
 
 namespace {
@@ -22,6 +23,10 @@ PcTest::~PcTest() {
     for (const std::string& path : Pc().picks) ADD_FAILURE() << "nobody asked for the pick " << path;
     for (const std::string& form : UnusedScripts()) ADD_FAILURE() << "the form never came up: " << form;
     ForgetForms();
+}
+
+std::vector<std::string> Listed(const std::string& text) {
+    return text.empty() ? std::vector<std::string>() : Pieces(text, '|');
 }
 
 testing::AssertionResult SameLines(const std::vector<std::string>& actual, const std::vector<std::string>& expected) {

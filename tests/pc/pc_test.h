@@ -19,6 +19,9 @@ protected:
 // Success when the lines are the same, else a readable comparison.
 testing::AssertionResult SameLines(const std::vector<std::string>& actual, const std::vector<std::string>& expected);
 
+// "a|b" as {"a", "b"}, "" as nothing: rows of tables stay short.
+std::vector<std::string> Listed(const std::string& text);
+
 // EXPECT_JOURNAL({"run cmd /c x", "delete C:\\a"}): the whole journal.
 #define EXPECT_JOURNAL(...) EXPECT_TRUE(SameLines(Pc().journal, __VA_ARGS__))
 // EXPECT_LINES(Pc().Journal("run"), {"run cmd /c x"}).

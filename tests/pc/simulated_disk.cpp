@@ -174,7 +174,6 @@ Node AddNode(const Place& place, uint32_t attributes) {
     node->attributes = attributes;
     node->created = node->accessed = node->modified = place.parent->modified = Pc().Now();
     node->owner = SidBytes("S-1-5-32-544");
-    node->order = ++TheDisk().made;
     place.parent->children[Fold(place.name)] = node;
     return node;
 }
@@ -283,7 +282,6 @@ void SimulatedPc::Lock(const std::string& path) { There(path).locked = true; }
 void SimulatedPc::Unlock(const std::string& path) { There(path).locked = false; }
 void SimulatedPc::Deny(const std::string& path) { There(path).denied = true; }
 void SimulatedPc::Allow(const std::string& path) { There(path).denied = false; }
-void SimulatedPc::SetVersion(const std::string& path, const std::string& text) { There(path).version = text; }
 
 void SimulatedPc::SetTimes(const std::string& path, pc::FileTime created, pc::FileTime accessed,
                            pc::FileTime modified) {

@@ -15,12 +15,10 @@ struct FileNode {
     pc::FileTime created = 0, accessed = 0, modified = 0;
     std::string linkTarget;  // of a junction or symbolic link
     std::string owner;       // SID bytes
-    std::string version;     // of the version resource
     bool locked = false;     // held by another process for itself alone
     bool denied = false;
     int readers = 0, writers = 0;                               // open files of the program under test
     int images = 0;                                             // running processes made from it
-    uint64_t order = 0;                                         // of making
     std::map<std::string, std::shared_ptr<FileNode>> children;  // by folded name
 
     bool IsFolder() const { return (attributes & pc::attributeFolder) != 0; }
@@ -60,7 +58,6 @@ struct Place {
 struct Disk {
     std::map<std::string, Drive> drives;  // "C:" or "\\SERVER\SHARE", folded
     std::map<uintptr_t, OpenFile> open;
-    uint64_t made = 0;
     uint32_t tempNumber = 0x10A0;
 };
 

@@ -4,104 +4,58 @@
 
 namespace {
 
-constexpr uint32_t shellMove = 1, shellCopy = 2, shellDelete = 3, shellRename = 4;
-constexpr uint32_t flagRenameOnCollision = 0x8, flagNoConfirmation = 0x10, flagFilesOnly = 0x80;
-constexpr int32_t cancelled = 1223, deniedSource = 0x78;
+constexpr uint32_t flagRenameOnCollision = 0x8;
+constexpr int32_t deniedSource = 0x78;
 
 Drive* DriveOf(const std::string& path) {
     auto found = TheDisk().drives.find(Fold(path.substr(0, 2)));
     return found == TheDisk().drives.end() ? nullptr : &found->second;
 }
 
-struct ShellTask {
-    uint32_t operation, flags;
+// A name beside the taken one, as the shell finds it.
+std::string FreePath(const std::string& path) {
+    std::string extension = FoldedExtension(path), stem = path;
+    if (!extension.empty()) stem = path.substr(0, path.size() - extension.size() - 1);
+    std::string tail = path.substr(stem.size()), copy = stem + " - Copy" + tail;
+    for (uint64_t i = 2; Resolve(copy).node; ++i) copy = stem + " - Copy (" + Decimal(i) + ")" + tail;
+    return copy;
+}
 
-    int32_t Delete(const Place& place) const {
-        if (place.node->IsFolder() && !place.node->IsLink()) {
-            std::vector<Node> children;
-            for (const auto& child : place.node->children) children.push_back(child.second);
-            for (const Node& child : children)
-                if (int32_t code = Delete(Resolve(place.path + "\\" + child->name))) return code;
-        }
-        if ((place.node->attributes & pc::attributeReadOnly) && !(flags & flagNoConfirmation)) return cancelled;
-        if (place.node->InUse()) return 32;
-        if (RefusedChange(place) || place.node->images) return deniedSource;
-        RemoveNode(place);
+int32_t Copy(const Place& from, std::string to, uint32_t flags) {
+    Place target = Resolve(to);
+    bool folder = from.node->IsFolder();
+    if (target.node && (flags & flagRenameOnCollision)) target = Resolve(to = FreePath(to));
+    if (!target.node) {
+        if (uint32_t code = RefusedChange(target)) return static_cast<int32_t>(code);
+    } else if (target.node->IsFolder() != folder || target.node == from.node) {
+        return deniedSource;
+    } else if (!folder && (target.node->InUse() || target.node->images)) {
+        return 32;
+    }
+    if (from.node->locked) return 32;
+    if (from.node->denied) return deniedSource;
+    Node node = target.node ? target.node : AddNode(target, from.node->attributes & ~pc::attributeReparse);
+    if (!folder) {
+        if (TakeSpace(from.node->bytes.size()) < from.node->bytes.size()) return 112;
+        node->bytes = from.node->bytes;
+        node->modified = from.node->modified;
         return 0;
     }
+    std::vector<Node> children;
+    for (const auto& child : from.node->children) children.push_back(child.second);
+    for (const Node& child : children)
+        if (int32_t code = Copy(Resolve(from.path + "\\" + child->name), to + "\\" + child->name, flags)) return code;
+    return 0;
+}
 
-    // A name beside the taken one, as the shell finds it.
-    static std::string FreePath(const std::string& path) {
-        std::string extension = FoldedExtension(path), stem = path;
-        if (!extension.empty()) stem = path.substr(0, path.size() - extension.size() - 1);
-        std::string tail = path.substr(stem.size()), copy = stem + " - Copy" + tail;
-        for (int i = 2; Resolve(copy).node; ++i)
-            copy = stem + " - Copy (" + Decimal(static_cast<uint64_t>(i)) + ")" + tail;
-        return copy;
-    }
-
-    int32_t Copy(const Place& from, std::string to) const {
-        Place target = Resolve(to);
-        bool folder = from.node->IsFolder();
-        if (target.node && (flags & flagRenameOnCollision)) target = Resolve(to = FreePath(to));
-        if (!target.node) {
-            if (uint32_t code = RefusedChange(target)) return static_cast<int32_t>(code);
-        } else if (target.node->IsFolder() != folder || target.node == from.node) {
-            return deniedSource;
-        } else if (!folder && !(flags & flagNoConfirmation)) {
-            return cancelled;  // nobody answers the shell's question
-        } else if (!folder && (target.node->InUse() || target.node->images)) {
-            return 32;
-        }
-        if (from.node->locked) return 32;
-        if (from.node->denied) return deniedSource;
-        Node node = target.node ? target.node : AddNode(target, from.node->attributes & ~pc::attributeReparse);
-        if (!folder) {
-            if (TakeSpace(from.node->bytes.size()) < from.node->bytes.size()) return 112;
-            node->bytes = from.node->bytes;
-            node->version = from.node->version;
-            node->modified = from.node->modified;
-            return 0;
-        }
-        std::vector<Node> children;
-        for (const auto& child : from.node->children) children.push_back(child.second);
-        for (const Node& child : children)
-            if (int32_t code = Copy(Resolve(from.path + "\\" + child->name), to + "\\" + child->name)) return code;
-        return 0;
-    }
-
-    int32_t One(const Place& from, const std::string& to) const {
-        if (operation == shellDelete) return Delete(from);
-        Place target = Resolve(to);
-        if (operation == shellRename && target.node) return 183;
-        if (operation != shellCopy && !target.node && SameName(from.root, target.root)) {
-            if (from.node->InUse()) return 32;
-            if (RefusedChange(from) || RefusedChange(target)) return deniedSource;
-            RemoveNode(from);
-            from.node->name = target.name;
-            target.parent->children[Fold(target.name)] = from.node;
-            return 0;
-        }
-        if (int32_t code = Copy(from, to)) return code;
-        return operation == shellCopy ? 0 : Delete(from);
-    }
-};
-
-std::vector<std::string> Sources(const std::string& list, bool filesOnly) {
+std::vector<std::string> Sources(const std::string& item) {
+    std::string pattern = LastPart(item);
+    if (pattern.find_first_of("*?") == std::string::npos) return {item};
     std::vector<std::string> sources;
-    for (const std::string& item : Pieces(list, '\0')) {
-        if (item.empty()) continue;
-        std::string pattern = LastPart(item);
-        if (pattern.find_first_of("*?") == std::string::npos) {
-            sources.push_back(item);
-            continue;
-        }
-        Place folder = Resolve(FolderPart(item), true);
-        if (!folder.node) continue;
-        for (const auto& [folded, child] : folder.node->children)
-            if (MatchesPattern(child->name, pattern) && !(filesOnly && child->IsFolder()))
-                sources.push_back(FolderPart(item) + "\\" + child->name);
-    }
+    Place folder = Resolve(FolderPart(item), true);
+    if (!folder.node) return {};
+    for (const auto& [folded, child] : folder.node->children)
+        if (MatchesPattern(child->name, pattern)) sources.push_back(FolderPart(item) + "\\" + child->name);
     return sources;
 }
 
@@ -142,9 +96,7 @@ std::string LogicalDrives() {
 }
 
 std::string FileVersion(const std::string& path) {
-    Place place = Resolve(path, true);
-    if (!place.node || !place.node->version.empty()) return place.node ? place.node->version : "";
-    // A program that the code under test has written carries its version in its bytes.
+    // A program carries its version in its bytes here.
     std::string bytes = Pc().FileText(path);
     size_t at = bytes.find("version="), end = bytes.find(';', at);
     return at == std::string::npos ? "" : bytes.substr(at + 8, end - at - 8);
@@ -179,29 +131,23 @@ std::string MakeTempFile(const std::string& folder, const std::string& prefix) {
     return file.Open(path, FileMode::createNew) ? path : "";
 }
 
-int32_t ShellFileOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
+int32_t ShellCopy(const std::string& from, const std::string& to, uint32_t flags) {
     Pc().Begin();
-    std::vector<std::string> sources = Sources(from, (flags & flagFilesOnly) != 0);
+    std::vector<std::string> sources = Sources(from);
     int32_t missing = Pc().version.major < 6 ? 0x402 : 2;
-    if (sources.empty() || operation < shellMove || operation > shellRename) return missing;
+    if (sources.empty()) return missing;
     if (Pc().ChangeFails(5)) return deniedSource;
     std::string head = to.ends_with('\\') ? to.substr(0, to.size() - 1) : to;
     bool wild = from.find_first_of("*?") != std::string::npos;
     Place folder = Resolve(head, true);
-    bool into = operation != shellDelete && operation != shellRename &&
-                ((folder.node && folder.node->IsFolder()) || wild || sources.size() > 1);
+    bool into = (folder.node && folder.node->IsFolder()) || wild;
     if (into && !folder.node && !MakeSureFolderPathExists(head + "\\")) return static_cast<int32_t>(Pc().lastError);
     int32_t result = 0;
     for (const std::string& source : sources) {
         Place place = Resolve(source);
-        if (!result)
-            result = place.node ? ShellTask{operation, flags}.One(place, into ? head + "\\" + LastPart(source) : head)
-                                : missing;
+        if (!result) result = place.node ? Copy(place, into ? head + "\\" + LastPart(source) : head, flags) : missing;
     }
-    static const char* const names[] = {"", "move ", "copy ", "delete ", "rename "};
-    std::string line = std::string("shell ") + names[operation] + Joined(Pieces(from, '\0'), "|");
-    while (line.ends_with('|')) line.pop_back();
-    if (!result) Pc().Note(line + (operation == shellDelete ? "" : " -> " + to));
+    if (!result) Pc().Note("shell copy " + from + " -> " + to);
     return result;
 }
 

@@ -132,11 +132,6 @@ uint64_t File::Size() const {
     return file && file->node ? file->node->bytes.size() : 0;
 }
 
-bool File::Flush() {
-    OpenFile* file = Opened(handle);
-    return file && file->writes ? !Pc().Fails(112) : Pc().Refuse(file ? 5 : 6);
-}
-
 void File::Close() {
     OpenFile* file = IsOpen() ? Opened(handle) : nullptr;
     if (file && file->node) {

@@ -57,19 +57,6 @@ bool ChangeAttributes(const std::string& path, uint32_t attributes) {
     return true;
 }
 
-bool SetFileTimes(const std::string& path, FileTime created, FileTime accessed, FileTime modified) {
-    Pc().Begin();
-    Place place = Resolve(path, true);
-    uint32_t code = place.node ? RefusedChange(place) : place.error;
-    if (code) return Pc().Refuse(code);
-    if (Pc().ChangeFails(denied)) return false;
-    if (created) place.node->created = created;
-    if (accessed) place.node->accessed = accessed;
-    if (modified) place.node->modified = modified;
-    Pc().Note("times " + place.path);
-    return true;
-}
-
 bool CanOpenFile(const std::string& path) {
     auto info = GetFileInfo(path);
     return info && !info->IsFolder();
@@ -190,7 +177,6 @@ bool CopyOneFile(const std::string& from, const std::string& to, bool failIfExis
     if (TakeSpace(source.node->bytes.size()) < source.node->bytes.size()) return Pc().Refuse(112);
     Node node = AddNode(target, source.node->attributes | attributeArchive);
     node->bytes = source.node->bytes;
-    node->version = source.node->version;
     node->modified = source.node->modified;
     Pc().Note("copy " + source.path + " -> " + target.path);
     return true;
@@ -204,12 +190,10 @@ bool ListFolder(const std::string& folder, const std::string& pattern,
     if (!place.node) return Pc().Refuse(place.error == notFound ? pathMissing : place.error);
     if (!place.node->IsFolder()) return Pc().Refuse(notAFolder);
     if (place.node->denied) return Pc().Refuse(denied);
-    std::vector<std::pair<uint64_t, FileInfo>> found;
+    std::vector<FileInfo> found;
     for (const auto& [folded, child] : place.node->children)
-        if (MatchesPattern(child->name, pattern)) found.emplace_back(child->order, InfoOf(*child, child->name));
-    if (Pc().listsInOrderOfMaking)
-        std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (const auto& [order, info] : found)
+        if (MatchesPattern(child->name, pattern)) found.push_back(InfoOf(*child, child->name));
+    for (const FileInfo& info : found)
         if (!each(info)) return true;
     return true;
 }

@@ -118,28 +118,6 @@ std::string ReadProfileText(const std::string& file, const std::string& section,
     return capacity ? CutToUnits(value ? *value : fallback, capacity - 1) : "";
 }
 
-int32_t ReadProfileNumber(const std::string& file, const std::string& section, const std::string& key,
-                          int32_t defaultNumber) {
-    std::string text = ReadProfileText(file, section, key, "", 31);
-    if (text.empty()) return defaultNumber;
-    bool negative = text[0] == '-';
-    size_t i = negative || text[0] == '+' ? 1 : 0;
-    uint32_t base = 10, number = 0;
-    if (text.size() > i + 1 && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'o' || text[i + 1] == 'b')) {
-        base = text[i + 1] == 'x' ? 16 : text[i + 1] == 'o' ? 8 : 2;
-        i += 2;
-    }
-    for (; i < text.size(); ++i) {
-        char digit = Fold(text.substr(i, 1))[0];
-        uint32_t worth = digit >= '0' && digit <= '9'   ? static_cast<uint32_t>(digit - '0')
-                         : digit >= 'A' && digit <= 'F' ? static_cast<uint32_t>(digit - 'A' + 10)
-                                                        : base;
-        if (worth >= base) break;
-        number = number * base + worth;
-    }
-    return static_cast<int32_t>(negative ? 0u - number : number);
-}
-
 std::string ReadProfileSection(const std::string& file, const std::string& section, size_t capacity) {
     ++Pc().profileReads;
     if (Pc().Fails(32) || capacity < 2) return "";

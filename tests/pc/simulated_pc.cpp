@@ -99,7 +99,7 @@ void SimulatedPc::CheckPatience() {
 }
 
 // --- time
-// --------------------------------------------------------------------------------------------------------------
+// -------------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -120,8 +120,6 @@ pc::ClockTime ClockOf(uint64_t local) {
             static_cast<int>(std::chrono::weekday(day).c_encoding())};
 }
 
-uint64_t ZoneSteps() { return static_cast<uint64_t>(static_cast<int64_t>(Pc().zoneMinutes) * 60'000 * 10'000); }
-
 std::string Two(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
 }  // namespace
@@ -136,16 +134,13 @@ void SimulatedPc::SetClock(int year, int month, int day, int hour, int minute, i
     clockBase = FileTimeOf(year, month, day, hour, minute, second) - elapsed * perMillisecond;
 }
 
-pc::FileTime SimulatedPc::Now() const { return clockBase + elapsed * perMillisecond - ZoneSteps(); }
+pc::FileTime SimulatedPc::Now() const { return clockBase + elapsed * perMillisecond; }
 
 namespace pc {
 
-ClockTime LocalNow() { return ClockOf(Pc().Now() + ZoneSteps()); }
+ClockTime LocalNow() { return ClockOf(Pc().Now()); }
 
-ClockTime LocalFromFileTime(uint64_t fileTime) {
-    if (fileTime >> 63) return {};
-    return ClockOf(fileTime + ZoneSteps());
-}
+ClockTime LocalFromFileTime(uint64_t fileTime) { return fileTime >> 63 ? ClockTime{} : ClockOf(fileTime); }
 
 std::string ShortDateText(const ClockTime& time) {
     std::string month = std::to_string(time.month), day = std::to_string(time.day), year = std::to_string(time.year);

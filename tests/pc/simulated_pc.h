@@ -11,7 +11,7 @@
 //   make key HKLM\Key                delete value HKLM\Key\Name     delete key HKLM\Key     security HKLM\Key
 //   write C:\File (12 bytes)         append C:\File (3 bytes)       (both when the file is closed)
 //   delete C:\File                   remove folder C:\Dir           make folder C:\Dir
-//   move C:\A -> C:\B                copy C:\A -> C:\B              attributes C:\A = 32    times C:\A
+//   move C:\A -> C:\B                copy C:\A -> C:\B              attributes C:\A = 32
 //   owner C:\A = account             shell copy C:\A\*.* -> C:\B    ini C:\X.ini [Section] Key=Value
 //   show "text" (style) -> answer    show "text" titled "title" (36) -> 6
 //   pick file "title" -> path        pick folder "prompt" -> path   direct connection "name"
@@ -74,8 +74,7 @@ struct Behaviour {
     uint32_t exitCode = 0;
     uint32_t runs = 100;  // milliseconds; 0: gone before anybody can look; forever: until it is killed
     std::function<void(SimulatedPc&)> effect = {};  // at its end; none when it is killed
-    uint32_t startError = 0;   // when not 0 it does not start (740, 1260 ...), or the shell cannot open it (31 ...)
-    bool isProtected = false;  // cannot be opened by others
+    bool isProtected = false;                       // cannot be opened by others
 
     static constexpr uint32_t forever = UINT32_MAX;
 };
@@ -140,7 +139,6 @@ public:
     void Deny(const std::string& path);  // the access list forbids all but looking: 5
     void Allow(const std::string& path);
     void SetTimes(const std::string& path, pc::FileTime created, pc::FileTime accessed, pc::FileTime modified);
-    void SetVersion(const std::string& path, const std::string& version);  // of the version resource, "1.2.3.4"
     bool Exists(const std::string& path) const;
     // Bytes; "" when it is not there.
     std::string FileText(const std::string& path) const;
@@ -149,8 +147,6 @@ public:
     void DeleteTree(const std::string& path);            // whatever its attributes
     // Full paths of all files and folders (these with a backslash at their end) below the folder, links not entered.
     std::vector<std::string> Tree(const std::string& folder) const;
-    // Order of listings: by name as NTFS has it, or as made (FAT).
-    bool listsInOrderOfMaking = false;
     // Of the 32-bit program's view of "C:\Windows\System32" on a 64-bit system; the paths above never are redirected.
     bool redirectionOff = false;
 
@@ -189,8 +185,7 @@ public:
     // Lets time pass with the window alive; due timers and actions run.
     void Pass(uint32_t milliseconds);
     void SetClock(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
-    pc::FileTime Now() const;                 // UTC
-    int zoneMinutes = 0;                      // local time less UTC
+    pc::FileTime Now() const;                 // UTC, which is local time as well
     int dateOrder = 0;                        // 0 month first, 1 day first, 2 year first
     uint32_t ticks = 100000;                  // TickCount
     uint64_t patience = 12ull * 3600 * 1000;  // virtual milliseconds until WaitsForever

@@ -173,7 +173,6 @@ uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
         code = 32;
     for (const char* document : {"TXT", "REG", "INI", "MSC", "CPL", "URL", "LNK", "HTM", "ZIP"})
         if (image.node && FoldedExtension(image.path) == document) code = badImage;
-    if (!code) code = BehaviourOf(commandLine).startError;
     if (!code && Pc().ChangeFails(8)) code = Pc().lastError;
     Pc().Note(note + (code ? " -> error " + Decimal(code) : ""));
     if (!code) return StartImage(image, commandLine);
@@ -261,7 +260,6 @@ intptr_t ShellOpen(const std::string& file, const std::string& verb, const std::
         if (extension.empty()) return 31;
         program = extension == "EXE" || extension == "COM" || extension == "BAT" || extension == "CMD";
     }
-    if (uint32_t code = BehaviourOf(line).startError) return static_cast<intptr_t>(code);
     if (Pc().ChangeFails(denied)) return denied;
     Pc().Note(note);
     if (program) StartImage(place, line);

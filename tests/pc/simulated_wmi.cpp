@@ -2,6 +2,7 @@
 #include "platform/wmi.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "pc/names.h"
 #include "pc/simulated_programs.h"
@@ -53,41 +54,26 @@ std::vector<SimulatedPc::WmiProperties> RowsOf(const std::string& nameSpace, con
     return rows;
 }
 
-struct Condition {
-    std::string property, value;
-};
 struct Query {
-    std::string wmiClass;
-    std::vector<Condition> conditions;
-    bool valid = false;
+    std::string wmiClass, property, value;  // of "where property = value", or empty
 };
 
-// Words, equals signs, and quoted texts without their quotes.
-std::vector<std::string> Tokens(const std::string& text) {
-    std::vector<std::string> tokens;
-    for (size_t i = 0; i < text.size();) {
-        bool quoted = text[i] == '\'' || text[i] == '"';
-        size_t end = quoted ? text.find(text[i], i + 1) : text[i] == '=' ? i + 1 : text.find_first_of(" =", i);
-        end = std::min(end, text.size());
-        if (end > i) tokens.push_back(text.substr(i + quoted, end - i - quoted));
-        i = end + (quoted || end == i);
-    }
-    return tokens;
-}
-
-// "select ... from class [where a = b [and c = d ...]]"; more is not understood.
-Query Parsed(const std::string& text) {
+// "select ... from class [where a = b]"; more is not understood.
+std::optional<Query> Parsed(const std::string& text) {
+    std::string folded = Fold(text);
+    size_t from = folded.find(" FROM "), where = folded.find(" WHERE "), equals = folded.find('=');
+    if (!folded.starts_with("SELECT ") || from == std::string::npos) return {};
     Query query;
-    std::vector<std::string> tokens = Tokens(text);
-    size_t from = 0;
-    while (from < tokens.size() && !SameName(tokens[from], "from")) ++from;
-    if (tokens.empty() || !SameName(tokens[0], "select") || from + 1 >= tokens.size()) return query;
-    query.wmiClass = Fold(tokens[from + 1]);
-    size_t at = from + 2;
-    for (const char* joint = "where"; at + 3 < tokens.size() && SameName(tokens[at], joint) && tokens[at + 2] == "=";
-         joint = "and", at += 4)
-        query.conditions.push_back({tokens[at + 1], tokens[at + 3]});
-    query.valid = at == tokens.size();
+    query.wmiClass = folded.substr(from + 6, where - from - 6);
+    if (where == std::string::npos) return query;
+    if (equals == std::string::npos) return {};
+    auto bare = [&](size_t begin, size_t end) {
+        std::string word = folded.substr(begin, end - begin);
+        std::erase_if(word, [](char character) { return character == ' ' || character == '\'' || character == '"'; });
+        return word;
+    };
+    query.property = bare(where + 7, equals);
+    query.value = bare(equals + 1, std::string::npos);
     return query;
 }
 
@@ -95,11 +81,6 @@ pc::WmiValue Property(const SimulatedPc::WmiProperties& row, const std::string& 
     for (const auto& [property, value] : row)
         if (SameName(property, name)) return value;
     return {};
-}
-
-bool Holds(const SimulatedPc::WmiProperties& row, const Condition& condition) {
-    pc::WmiValue value = Property(row, condition.property);
-    return value.kind != pc::WmiValue::Kind::null && SameName(value.text, condition.value);
 }
 
 }  // namespace
@@ -169,16 +150,14 @@ WmiStatus WmiQuery(const std::string& nameSpace, const std::string& query, const
     error.clear();
     WmiStatus reached = Reach(nameSpace, timeoutMilliseconds, error);
     if (reached != WmiStatus::done) return reached;
-    Query parsed = Parsed(query);
-    if (!parsed.valid)
+    std::optional<Query> parsed = Parsed(query);
+    if (!parsed)
         error = "80041017";
-    else if (!HasClass(Plain(nameSpace), parsed.wmiClass))
+    else if (!HasClass(Plain(nameSpace), parsed->wmiClass))
         error = "80041010";
     if (!error.empty()) return WmiStatus::failed;
-    for (const auto& row : RowsOf(Plain(nameSpace), parsed.wmiClass)) {
-        if (!std::all_of(parsed.conditions.begin(), parsed.conditions.end(),
-                         [&](const Condition& condition) { return Holds(row, condition); }))
-            continue;
+    for (const auto& row : RowsOf(Plain(nameSpace), parsed->wmiClass)) {
+        if (!parsed->property.empty() && !SameName(Property(row, parsed->property).text, parsed->value)) continue;
         WmiRow wanted;
         for (const std::string& property : properties) wanted.push_back(Property(row, property));
         if (!each(wanted)) return WmiStatus::stopped;

@@ -156,29 +156,3 @@ class FtpServer:
         self.running = False
         self.thread.join(5)
         self.server.close_all()
-
-
-class LoopbackServers:
-    """What the contract tests may rely on: HTTP on port 80 with the replies below, FTP on port 21 (tech, secret)."""
-
-    def __init__(self, folder):
-        ten_thousand = bytes(range(250)) * 40
-        self.http = HttpServer({
-            "/hello.txt": b"hello",
-            "/data.bin": ten_thousand,
-            "/moved": Reply(status=302, headers={"Location": "/hello.txt"}),
-            "/error": Reply(b"broken", 500),
-            "/cut": Reply(ten_thousand, cut=1000),
-            "/slow": Reply(ten_thousand, chunk=1000, delay=0.1),
-            "/nolength": Reply(ten_thousand, length=None),
-        })
-        self.ftp = FtpServer(folder)
-
-    def __enter__(self):
-        self.http.__enter__()
-        self.ftp.__enter__()
-        return self
-
-    def __exit__(self, *_):
-        self.ftp.__exit__()
-        self.http.__exit__()

@@ -65,15 +65,3 @@ class ConsoleJourney(Journey):
                     left, top, right, bottom = control["rect"]
                     self.assertLessEqual(right, width, name)
                     self.assertGreater(bottom - top, 10, name)
-
-    def test_changes_are_not_lost_by_a_slip(self):
-        self.pc.install("Brevanta.exe")
-        console = self.start_console()
-        console.type("txtAppName", "Unsaved")
-        console.close()
-        self.pc.box("There are unsaved changes.").answer(2)
-        self.assertEqual(console.text("txtAppName"), "Unsaved")
-        console.close()
-        self.pc.box("There are unsaved changes.").answer(6)
-        self.pc.wait_gone("frmConfig")
-        self.assertIn("AppName=Unsaved", (self.pc.folder / "Brevanta.ini").read_text())

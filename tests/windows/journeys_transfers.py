@@ -1,9 +1,7 @@
 """Downloads of the technician's apps, and what servers can do wrong: what is said, and that nothing is lost."""
-import io
 import shutil
-import zipfile
 
-from harness import BUILD, OK, Journey, wait
+from harness import BUILD, OK, Journey, archive, wait
 from loopback import HttpServer, Reply
 
 HOST = "files.brevanta.example"
@@ -26,14 +24,6 @@ CloseAppAfterMaint=1
 [Confirmations]
 ConvertedCustomApps=1
 """
-
-
-def archive(files):
-    data = io.BytesIO()
-    with zipfile.ZipFile(data, "w", zipfile.ZIP_DEFLATED) as zip_file:
-        for name, content in files.items():
-            zip_file.writestr(name, content)
-    return data.getvalue()
 
 
 class TransferJourney(Journey):

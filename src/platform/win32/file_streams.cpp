@@ -72,8 +72,6 @@ uint64_t File::Size() const {
     return Done(GetFileSizeEx(Native(handle), &size)) ? static_cast<uint64_t>(size.QuadPart) : 0;
 }
 
-bool File::Flush() { return Done(FlushFileBuffers(Native(handle))); }
-
 void File::Close() {
     if (IsOpen()) CloseHandle(Native(handle));
     handle = none;

@@ -21,7 +21,6 @@ uint32_t lastError = 0;
 
 uint64_t Join(uint32_t high, uint32_t low) { return static_cast<uint64_t>(high) << 32 | low; }
 FileTime Join(const FILETIME& time) { return Join(time.dwHighDateTime, time.dwLowDateTime); }
-FILETIME SplitTime(FileTime time) { return {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)}; }
 
 // Of the two structures in which the platform tells of a file.
 template <typename Data>
@@ -36,40 +35,6 @@ std::string LastPart(std::string path) {
 }
 
 bool IsDots(const wchar_t* name) { return name[0] == L'.' && (!name[1] || (name[1] == L'.' && !name[2])); }
-
-int32_t RunShellOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
-    ComApartment apartment;
-    std::wstring fromList = Wide(from) + L'\0', toList = Wide(to) + L'\0';
-    SHFILEOPSTRUCTW step = {};
-    step.wFunc = operation;
-    step.pFrom = fromList.c_str();
-    step.pTo = toList.c_str();
-    step.fFlags = static_cast<FILEOP_FLAGS>(flags);
-    int result = SHFileOperationW(&step);
-    return result == 0 && step.fAnyOperationsAborted ? ERROR_CANCELLED : result;
-}
-
-// Moves what matches into the folder, replacing files and merging folders as the shell does. 0 or the last failure.
-int32_t MoveMatches(const std::string& from, const std::string& to) {
-    std::string folder = from.substr(0, from.find_last_of('\\'));
-    std::vector<FileInfo> items;
-    ListFolder(folder, LastPart(from), [&](const FileInfo& item) {
-        items.push_back(item);
-        return true;
-    });
-    int32_t result = 0;
-    for (const FileInfo& item : items) {
-        std::string source = folder + "\\" + item.name, target = to + "\\" + item.name;
-        auto there = GetFileInfo(target);
-        bool merge = item.IsFolder() && !item.IsLink() && there && there->IsFolder();
-        int32_t inner = merge ? MoveMatches(source + "\\*", target) : 0;
-        if (inner != 0)
-            result = inner;
-        else if (!(merge ? RemoveFolder(source) : MovePath(source, target, true)))
-            result = static_cast<int32_t>(lastError);
-    }
-    return result;
-}
 
 }  // namespace
 
@@ -98,15 +63,6 @@ std::optional<FileInfo> GetFileInfo(const std::string& path) {
 
 bool ChangeAttributes(const std::string& path, uint32_t attributes) {
     return Done(SetFileAttributesW(WidePath(path).c_str(), attributes));
-}
-
-bool SetFileTimes(const std::string& path, FileTime created, FileTime accessed, FileTime modified) {
-    FileHandle file(CreateFileW(WidePath(path).c_str(), FILE_WRITE_ATTRIBUTES,
-                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    if (!file) return Fail(GetLastError());
-    FILETIME times[] = {SplitTime(created), SplitTime(accessed), SplitTime(modified)};
-    return Done(SetFileTime(file.Get(), &times[0], &times[1], &times[2]));
 }
 
 bool CanOpenFile(const std::string& path) {
@@ -192,13 +148,16 @@ std::string FullPath(const std::string& path) {
     return Utf8(full);
 }
 
-int32_t ShellFileOperation(uint32_t operation, const std::string& from, const std::string& to, uint32_t flags) {
-    int32_t result = RunShellOperation(operation, from, to, flags);
-    bool silentMove = operation == FO_MOVE && (flags & FOF_NOCONFIRMATION) && !(flags & FOF_RENAMEONCOLLISION);
-    bool pattern = LastPart(from).find_first_of("*?") != std::string::npos;
-    // Some systems cancel a move by a pattern, or leave folders behind that the target has already.
-    if (silentMove && pattern && (result == 0 || result == ERROR_CANCELLED)) return MoveMatches(from, to);
-    return result;
+int32_t ShellCopy(const std::string& from, const std::string& to, uint32_t flags) {
+    ComApartment apartment;
+    std::wstring fromList = Wide(from) + L'\0', toList = Wide(to) + L'\0';
+    SHFILEOPSTRUCTW step = {};
+    step.wFunc = FO_COPY;
+    step.pFrom = fromList.c_str();
+    step.pTo = toList.c_str();
+    step.fFlags = static_cast<FILEOP_FLAGS>(flags);
+    int result = SHFileOperationW(&step);
+    return result == 0 && step.fAnyOperationsAborted ? ERROR_CANCELLED : result;
 }
 
 uint32_t SetFileOwner(const std::string& path, const std::string& sid) {

@@ -171,12 +171,6 @@ std::string ReadProfileText(const std::string& file, const std::string& section,
     return Utf8({buffer.data(), length});
 }
 
-int32_t ReadProfileNumber(const std::string& file, const std::string& section, const std::string& key,
-                          int32_t defaultNumber) {
-    return static_cast<int32_t>(
-        GetPrivateProfileIntW(Wide(section).c_str(), Wide(key).c_str(), defaultNumber, WidePath(file).c_str()));
-}
-
 std::string ReadProfileSection(const std::string& file, const std::string& section, size_t capacity) {
     std::wstring buffer(capacity, L'\0');
     DWORD length = GetPrivateProfileSectionW(Wide(section).c_str(), buffer.data(), static_cast<DWORD>(capacity),
