@@ -52,6 +52,7 @@ TEST(Base85, PublishedVectorsAndDamage) {
     EXPECT_EQ(Base85EncodeBytes("", true), "<~~>");
     EXPECT_EQ(Base85EncodeBytes("", false), "~>");
     EXPECT_EQ(Base85EncodeBytes(std::string(3, '\0'), false), "!!!!~>") << "a short group is never a z";
+    EXPECT_EQ(Base85EncodeBytes("\x03", false), "!r~>") << "what a group lacks counts as zeros";
 }
 
 class ScrambleTest : public PcTest {};
