@@ -2,7 +2,7 @@
 import re
 import shutil
 
-from harness import BUILD, NO, OK, ROOT, YES, Journey, wait
+from harness import BUILD, CANCEL, NO, OK, ROOT, YES, Journey, wait
 
 INTERNET = r"Software\Microsoft\Windows\CurrentVersion\Internet Settings"
 TOOLBAR = r"HKLM\Software\Microsoft\Internet Explorer\Toolbar"
@@ -39,6 +39,11 @@ class FixJourney(Journey):
         self.hosts().write_text("6.6.6.6 bank.example\n")
         self.pc.start()
         panel = self.pc.form("frmMain", 60)
+        panel.click("cmdFix")
+        self.pc.box("Attempt to fix internet problems?").answer(CANCEL)
+        wait(lambda: "Fix=1" in (self.pc.folder / "Usage.ini").read_text(), "the counter")
+        self.assertIn("6.6.6.6", self.hosts().read_text())
+        self.assertEqual(self.pc.registry("HKCU\\" + INTERNET, "ProxyServer"), "evil:8080")
         panel.click("cmdFix")
         self.pc.box("Attempt to fix internet problems?").answer(OK)
         self.pc.box("Try to access the internet now.", 120).answer(OK)

@@ -1,7 +1,7 @@
 """The maintenance button: what a client's click removes, what it leaves alone, and what it writes down."""
 import os
 
-from harness import OK, Journey
+from harness import CANCEL, OK, Journey, wait
 
 PROFILES = ["Anna", "Jörg 100%; x", "Жанна"]
 SETTINGS = """
@@ -85,12 +85,18 @@ class MaintenanceJourney(Journey):
         self.pc.write_settings(SETTINGS)
         _, panel = self.start_panel("frmMainNew")
         item = next(n for n, c in panel.controls().items() if n.startswith("SideBar.2.") and c["text"] == "Run Maintenance")
+        users = self.pc.drive / "users"
+        panel.click(item)
+        self.pc.box("Maintenance may take").answer(CANCEL)
+        wait(lambda: self.ini("Usage.ini", "Maintenance") == "1", "the counter")
+        for profile in PROFILES:
+            self.assertTrue(all((users / profile / p).exists() for p in REMOVED + KEPT))
+        self.assertIsNone(self.ini("Brevanta.ini", "LastMaintenance"))
         panel.click(item)
         self.pc.box("Maintenance may take").answer(OK)
         done = self.pc.box("Maintenance is complete!", 120)
         self.pc.screenshot("maintenance-complete")
         done.answer(OK)
-        users = self.pc.drive / "users"
         for profile in PROFILES:
             gone = [p for p in REMOVED if (users / profile / p).exists()]
             self.assertEqual(gone, [], profile)
@@ -104,7 +110,7 @@ class MaintenanceJourney(Journey):
         last = self.ini("Brevanta.ini", "LastMaintenance")
         self.assertTrue(last)
         self.assertEqual(self.pc.registry(r"HKLM\Software\Talvenmoor\Maintenance", "LastRun", 64), last)
-        self.assertEqual(self.ini("Usage.ini", "Maintenance"), "1")
+        self.assertEqual(self.ini("Usage.ini", "Maintenance"), "2")
         shown = panel.text("lblLastMaint")
         self.assertRegex(shown, r"^\d\d/\d\d/\d{4}$")
         self.assertEqual(panel.text("txtStatus"), "")
