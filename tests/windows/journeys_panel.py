@@ -65,14 +65,19 @@ class PanelJourney(Journey):
                 if step < len(expected):
                     wait(lambda: panel.control(expected[step])["visible"] != shown, f"click {number} to show")
 
-        go(28)  # what is made once is there now
-        before = program.held()
-        go(203)
-        after = program.held()
-        print("handles, windows, private KB:", before, after)
-        for what, limit, old, new in zip(("handles", "windows", "KB"), (4, 0, 600), before, after):
-            self.assertTrue(0 < new <= old + limit, what)
-        self.assertIn("Fix=33", (self.pc.folder / "Usage.ini").read_text())
+        # What is made once (a library loaded late, the stack of a thread that ended) may come in any of the rounds;
+        # what is left behind by each click grows in every one of them.
+        go(28)
+        held = [program.held()]
+        for _ in range(3):
+            go(70)
+            held.append(program.held())
+        print("handles, windows, private KB:", *held)
+        grown = [min(new - old for old, new in zip(row, row[1:])) for row in zip(*held)]
+        for what, limit, least in zip(("handles", "windows", "KB"), (1, 0, 200), grown):
+            self.assertLessEqual(least, limit, f"{what}: {held}")
+        self.assertTrue(all(all(row) for row in held), held)
+        self.assertIn("Fix=34", (self.pc.folder / "Usage.ini").read_text())
 
     def test_external_address(self):
         login_page = Reply(b"<html>Welcome to the hotel</html>")
