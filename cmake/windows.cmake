@@ -5,7 +5,7 @@ file(MAKE_DIRECTORY ${OUT} ${MADE})
 enable_language(RC)
 
 add_compile_definitions(_WIN32_WINNT=0x0500 WINVER=0x0500 _WIN32_IE=0x0600 UNICODE _UNICODE)
-add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-Os;-ffunction-sections;-fdata-sections;-fno-exceptions;-fno-rtti>")
+add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-Os;-ffunction-sections;-fdata-sections;-fno-exceptions;-fno-asynchronous-unwind-tables;-fno-rtti>")
 add_link_options(-static -s -Wl,--gc-sections)
 set(CMAKE_RC_FLAGS "--use-temp-file -c 65001")
 set(SYSTEM_LIBRARIES z wininet urlmon version winmm comctl32 comdlg32 shell32 shlwapi oleaut32 ole32 uuid wbemuuid
@@ -72,6 +72,8 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/${ENTRY})
     add_executable(product WIN32 ${ENTRY} resources/brevanta.rc)
     target_compile_options(product PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>")
     target_link_libraries(product logic ${SYSTEM_LIBRARIES})
+    # Sections at whole pages of the file are mapped and shared; others are read into memory of the process's own.
+    target_link_options(product PRIVATE -Wl,--file-alignment,4096)
     set_target_properties(product PROPERTIES OUTPUT_NAME Brevanta RUNTIME_OUTPUT_DIRECTORY ${OUT})
     target_include_directories(product PRIVATE resources ${MADE} ${OUT})
 

@@ -54,6 +54,38 @@ Var answer
     ${EndIf}
 !macroend
 
+; Calls a macro for each setting that may name a program or page that lies beside the panel.
+!macro EachBundled action
+    !insertmacro ${action} "Branding" "RemoteSupportApp"
+    !insertmacro ${action} "Branding" "PreRemoteURL"
+    !insertmacro ${action} "CustomButton" "ButtonAction"
+    !insertmacro ${action} "CustomButton1" "ButtonAction"
+    !insertmacro ${action} "CustomButton2" "ButtonAction"
+    !insertmacro ${action} "CustomButton3" "ButtonAction"
+    !insertmacro ${action} "CustomButton4" "ButtonAction"
+!macroend
+
+; Only one file beside the setup program, named as it is, comes along: no folder, no wildcard. It is noted, for the
+; settings may change before it is removed.
+!macro TakeBundled section key
+    ReadINIStr $answer "${SETTINGS}" "${section}" "${key}"
+    FindFirst $1 $0 "$EXEDIR\$answer"
+    FindClose $1
+    ${If} $answer != ""
+    ${AndIf} $answer == $0
+    ${AndIfNot} ${FileExists} "$EXEDIR\$answer\*.*"
+        CopyFiles /SILENT "$EXEDIR\$answer" "$INSTDIR"
+        WriteINIStr "$INSTDIR\Uninstall.ini" "${section}" "${key}" "$answer"
+    ${EndIf}
+!macroend
+
+!macro RemoveBundled section key
+    ReadINIStr $answer "$INSTDIR\Uninstall.ini" "${section}" "${key}"
+    ${If} $answer != ""
+        Delete "$INSTDIR\$answer"
+    ${EndIf}
+!macroend
+
 ; A key that the settings lack keeps a silent install from waiting for an answer.
 !macro DefaultSetting section key value
     ReadINIStr $answer "${SETTINGS}" "${section}" "${key}"
@@ -78,6 +110,8 @@ Section "Install"
     !insertmacro TakeAlong "applogo.ico"
     !insertmacro TakeAlong "supportlogo.*"
     !insertmacro TakeAlong "Skins"
+    !insertmacro TakeAlong "3rd Party Tools"
+    !insertmacro EachBundled TakeBundled
     ; Only administrators change what lies here; everybody may start it.
     nsExec::Exec '"$SYSDIR\icacls.exe" "$INSTDIR" /inheritance:r /grant:r *S-1-5-32-544:(OI)(CI)F *S-1-5-18:(OI)(CI)F *S-1-5-32-545:(OI)(CI)RX'
     Pop $answer
@@ -143,6 +177,8 @@ Section "Uninstall"
         RMDir /r "$SMPROGRAMS\$shortcut"
         Delete "$DESKTOP\$shortcut.lnk"
     ${EndIf}
+    !insertmacro EachBundled RemoveBundled
+    Delete "$INSTDIR\Uninstall.ini"
     StrCpy $answer "remove"
     MessageBox MB_YESNO|MB_ICONQUESTION "Keep the settings?" /SD IDNO IDNO +2
     StrCpy $answer "keep"

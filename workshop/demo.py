@@ -89,7 +89,7 @@ def main():
             pc.install()
             file = pathlib.Path(arguments[0])
             shutil.copy(file, pc.folder)
-            code, output = pc.run(rf"C:\Brevanta\{file.name}", limit=600)
+            code, output = pc.run(rf"C:\Brevanta\{file.name}", limit=1200)
             print(output)
             sys.exit(code)
         if not (OUT / "Brevanta.exe").exists():

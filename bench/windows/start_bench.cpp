@@ -1,4 +1,5 @@
-// Start of the panel to its visible window, and its private memory, against a bare window with as many controls.
+// Start of the panel to its visible window against a bare window with as many controls. With a number it is that bare
+// window.
 #include "comparison.h"
 
 #include <commctrl.h>
@@ -24,23 +25,10 @@ BOOL CALLBACK Count(HWND, LPARAM count) {
 
 struct Start {
     double toWindow = 0;
-    double privateBytes = 0;
     int controls = 0;
 };
 
-// Committed memory that is the process's own. Walked, since Wine does not count it.
-double PrivateBytes(HANDLE process) {
-    double bytes = 0;
-    MEMORY_BASIC_INFORMATION part;
-    for (uintptr_t at = 0, next; VirtualQueryEx(process, reinterpret_cast<void*>(at), &part, sizeof part); at = next) {
-        if (part.State == MEM_COMMIT && part.Type == MEM_PRIVATE) bytes += static_cast<double>(part.RegionSize);
-        next = reinterpret_cast<uintptr_t>(part.BaseAddress) + part.RegionSize;
-        if (next <= at) break;  // the end of the address space
-    }
-    return bytes;
-}
-
-Start StartOnce(const std::wstring& command, bool settle) {
+Start StartOnce(const std::wstring& command) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
@@ -51,9 +39,7 @@ Start StartOnce(const std::wstring& command, bool settle) {
         wantedProcess = process.dwProcessId;
         for (found = nullptr; !found; Sleep(1)) EnumWindows(Look, 0);
     });
-    if (settle) Sleep(15000);  // the health is read then
     EnumChildWindows(found, Count, reinterpret_cast<LPARAM>(&result.controls));
-    result.privateBytes = PrivateBytes(process.hProcess);
     TerminateProcess(process.hProcess, 0);
     WaitForSingleObject(process.hProcess, 5000);
     CloseHandle(process.hProcess);
@@ -74,17 +60,7 @@ double OneSetting() {
            reads;
 }
 
-DWORD WINAPI EndAtOnce(void*) { return 0; }
-
-// Wine keeps the stacks of the last thread that ended, some megabytes; the panel's health is asked for by such threads.
-void StartAndEndThread() {
-    HANDLE thread = CreateThread(nullptr, 256 * 1024, EndAtOnce, nullptr, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    WaitForSingleObject(thread, INFINITE);
-    CloseHandle(thread);
-}
-
-int BareWindow(int controls, bool withThread) {
-    if (withThread) StartAndEndThread();
+int BareWindow(int controls) {
     InitCommonControls();
     WNDCLASSW windowClass = {};
     windowClass.lpfnWndProc = DefWindowProcW;
@@ -106,26 +82,22 @@ int BareWindow(int controls, bool withThread) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count > 1) return BareWindow(std::atoi(arguments[1]), count > 2);
+    if (count > 1) return BareWindow(std::atoi(arguments[1]));
     const std::wstring panel = L"C:\\Brevanta\\Brevanta.exe";
-    int controls = StartOnce(panel, true).controls;
+    int controls = StartOnce(panel).controls;
     wchar_t own[MAX_PATH];
     GetModuleFileNameW(nullptr, own, MAX_PATH);
     std::wstring bareCommand = L"\"" + std::wstring(own) + L"\" " + std::to_wstring(controls);
     std::vector<double> ours, bare, console;
     for (int round = 0; round < 7; ++round) {
-        ours.push_back(StartOnce(panel, false).toWindow);
-        bare.push_back(StartOnce(bareCommand, false).toWindow);
-        console.push_back(StartOnce(panel + L" /config", false).toWindow);
+        ours.push_back(StartOnce(panel).toWindow);
+        bare.push_back(StartOnce(bareCommand).toWindow);
+        console.push_back(StartOnce(panel + L" /config").toWindow);
     }
     Head();
     Row("start to the visible window, ms", Median(ours), Median(bare), 1.3);
     Row("the console's start against the panel's, ms", Median(console), Median(ours), 1.5);
     std::printf("one read of a setting: %.3f ms\n", OneSetting());
-    auto memory = [](const std::wstring& command) { return StartOnce(command, true).privateBytes / 1e6; };
-    std::printf(
-        "private memory, idle: panel %.1f MB; bare with %d controls %.1f MB, having ended a thread %.1f MB "
-        "(limit: 2 MB more)\n",
-        memory(panel), controls, memory(bareCommand), memory(bareCommand + L" thread"));
+    std::printf("controls: %d\n", controls);
     return 0;
 }

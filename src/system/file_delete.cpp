@@ -10,6 +10,8 @@
 #include "system/text.h"
 #include "system/trace.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr uint32_t toolTimeOut = 2000000000;  // milliseconds
@@ -56,6 +58,7 @@ bool RemoveTree(const std::string& root, uint32_t rootAttributes) {
         }
         pending.back().isEmptied = true;
         std::string folder = pending.back().path;
+        size_t first = pending.size();
         for (const pc::FileInfo& entry : ListEntries(folder)) {
             std::string path = JoinPath(folder, entry.name);
             if ((entry.attributes & kindBits) == pc::attributeFolder) {
@@ -64,6 +67,7 @@ bool RemoveTree(const std::string& root, uint32_t rootAttributes) {
                 isGone &= RemoveItem(path, entry.attributes);
             }
         }
+        std::reverse(pending.begin() + static_cast<ptrdiff_t>(first), pending.end());  // as they lie on the disk
     }
     return isGone;
 }

@@ -257,19 +257,20 @@ class Program:
         return wait(lambda: (c := self.exit_code()) is not None and [c], f"process {self.pid} to end", limit)[0]
 
     def held(self, program="Brevanta.exe"):
-        """What it holds now: [kernel handles, windows, private kilobytes]."""
+        """What it holds now: [kernel handles, windows, kilobytes of memory that are its own]."""
         parents, named = {}, []
         for process in pathlib.Path("/proc").glob("[0-9]*"):
             try:
                 parents[process.name] = (process / "stat").read_text().rsplit(")", 1)[1].split()[1]
-                if (process / "cmdline").read_bytes().rstrip(b"\0").endswith(program.encode()):
+                if (process / "cmdline").read_bytes().split(b"\0")[0].endswith(program.encode()):
                     named.append(process)
             except OSError:
                 pass  # it has ended meanwhile
         below = lambda name: name == str(self.pc.driver.pid) or name in parents and below(parents[name])  # noqa: E731
         ours, = (process for process in named if below(process.name))
-        private = sum(map(int, re.findall(r"Private_\w+: +(\d+)", (ours / "smaps_rollup").read_text())))
-        return [*self.pc.ask("handles", self.pid), private]
+        # Not "private dirty": the pages of a file just copied here are dirty too, until the host has written them.
+        own = re.search(r"Anonymous: +(\d+)", (ours / "smaps_rollup").read_text())
+        return [*self.pc.ask("handles", self.pid), int(own[1])]
 
 
 class Form:

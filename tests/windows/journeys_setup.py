@@ -4,6 +4,7 @@ import shutil
 from harness import OUT, Journey, wait
 
 UNINSTALL = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Brevanta"
+RUN_KEY = r"HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Run"
 SETTINGS = """
 [Branding]
 AppName=Harbour PC Care
@@ -35,8 +36,7 @@ class SetupJourney(Journey):
             self.assertTrue((folder / name).exists(), name)
         self.assertEqual(self.pc.registry(UNINSTALL, "Publisher"), "Harbour PC Care")
         self.assertIn("/S", self.pc.registry(UNINSTALL, "QuietUninstallString"))
-        run_key = r"HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Run"
-        self.assertIn("BrevantaMCStub.exe", self.pc.registry(run_key, "Brevanta Maintenance Check", 64))
+        self.assertIn("BrevantaMCStub.exe", self.pc.registry(RUN_KEY, "Brevanta Maintenance Check", 64))
         self.assertTrue(self.pc.registry(r"HKLM\Software\Talvenmoor\Maintenance", "LastRun", 64))
         links = [p.name for p in self.pc.drive.rglob("*.lnk") if "Harbour" in p.name]
         self.assertEqual(len(links), 2, links)
@@ -50,7 +50,7 @@ class SetupJourney(Journey):
         self.pc.start("/S", r"C:\Program Files (x86)\Brevanta\Uninstall.exe").wait(60)
         wait(lambda: not folder.exists(), "the folder to go", 60)
         self.assertIsNone(self.pc.registry(UNINSTALL))
-        self.assertIsNone(self.pc.registry(run_key, "Brevanta Maintenance Check", 64))
+        self.assertIsNone(self.pc.registry(RUN_KEY, "Brevanta Maintenance Check", 64))
         self.assertIsNone(self.pc.registry(r"HKLM\Software\Talvenmoor", view=64))
         # The uninstaller runs from a copy in the temporary folder, which goes at the next start of Windows.
         self.assertEqual([f for f in self.files() ^ before if "~nsu" not in f], [])

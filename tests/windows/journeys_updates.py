@@ -24,6 +24,16 @@ NEW_SET = archive({"brevanta.ini": "[Branding]\r\nAppName=New Name\r\nUseNewInte
                                "[Nimbra]\r\nUserName=tech\r\nPassword=<C'Vc6W-ES~>\r\n"})
 
 
+def with_version(program, version):
+    """The program with other numbers in its version resource."""
+    data = bytearray(program)
+    at = data.find(struct.pack("<I", 0xFEEF04BD))
+    struct.pack_into("<II", data, at + 8, version[0] << 16 | version[1] & 0xFFFF, version[2] << 16)
+    for offset in (8, 16):
+        struct.pack_into("<HHHH", data, at + offset, version[1], version[0], 0, version[2])
+    return bytes(data)
+
+
 class UpdatesJourney(Journey):
     def write(self, user="tech", address=""):
         text = CLOUD.format(address=address)
@@ -31,26 +41,6 @@ class UpdatesJourney(Journey):
 
     def settings(self):
         return (self.pc.folder / "Brevanta.ini").read_text("cp1252")
-
-    def test_cloud_set_comes_at_start_and_usage_goes_at_the_end(self):
-        area = self.pc.session / "area"
-        (area / "Brevanta").mkdir(parents=True)
-        (area / "Brevanta/BrevantaConfig.zip").write_bytes(NEW_SET)
-        self.pc.install("Brevanta.exe")
-        self.write()
-        with FtpServer(area):
-            program = self.pc.start()
-            panel = self.pc.form("frmMainNew", 60)
-            self.assertTrue(panel.title().startswith("New Name"))
-            panel.close()
-            program.wait(60)
-        self.assertIn("LastMaintenance=11/01/2026 9:00:00 AM", self.settings())
-        self.assertFalse((self.pc.folder / "BrevantaConfig.zip").exists())
-        self.assertEqual(self.pc.registry(r"HKLM\Software\Talvenmoor\Maintenance", "LastRun", 64), "11/01/2026 9:00:00 AM")
-        usage = list((area / "Brevanta/Usage").glob("*.usage"))
-        self.assertEqual(len(usage), 1)
-        self.assertIn("AppLaunch=1", usage[0].read_text())
-        self.assertFalse((self.pc.folder / "Usage.ini").exists())
 
     def test_an_ftp_server_that_goes_wrong_costs_neither_settings_nor_counters(self):
         area = self.pc.session / "area"
@@ -101,15 +91,6 @@ class UpdatesJourney(Journey):
             self.assertIn("LastMaintenance=11/01/2026 9:00:00 AM", self.settings())
             self.assertFalse((self.pc.drive / "evil.ini").exists())
 
-    def with_version(self, program, version):
-        """The program with other numbers in its version resource."""
-        data = bytearray(program)
-        at = data.find(struct.pack("<I", 0xFEEF04BD))
-        struct.pack_into("<II", data, at + 8, version[0] << 16 | version[1] & 0xFFFF, version[2] << 16)
-        for offset in (8, 16):
-            struct.pack_into("<HHHH", data, at + offset, version[1], version[0], 0, version[2])
-        return bytes(data)
-
     def update(self, files, version="9.0.0"):
         manifest = archive({"TalvenmoorUpdates.ini": f"[Brevanta]\r\nCurrentVersion={version}\r\n"})
         with HttpServer({"/TalvenmoorUpdates.zip": manifest, "/BrevantaEXE.zip": files}):
@@ -119,7 +100,7 @@ class UpdatesJourney(Journey):
         self.pc.install("Brevanta.exe", "Pelmark.exe", "BrevantaMCStub.exe")
         self.pc.write_settings("[Branding]\nAppName=Old Name")
         old = (OUT / "Brevanta.exe").read_bytes()
-        newer, older = self.with_version(old, (9, 0, 0)), self.with_version(old, (1, 0, 0))
+        newer, older = with_version(old, (9, 0, 0)), with_version(old, (1, 0, 0))
         whole = archive({"Brevanta.exe": newer, "Pelmark.exe": b"MZ new", "BrevantaMCStub.exe": b"MZ new"})
         refused = [archive({"Brevanta.exe": b"a text"}), archive({"Pelmark.exe": b"MZ new"}), whole[:-100],
                    archive({"Brevanta.exe": older}), archive({"Brevanta.exe": newer, "../x": "x"})]
