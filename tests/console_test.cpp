@@ -174,7 +174,9 @@ TEST_F(ConsoleTest, RulesBetweenControlsAndQuietMarks) {
     };
     const char* five[] = {"txtRemoteDLFileName", "txtRemoteDLEXEName", "txtSupportApp", "txtSupportAppParms",
                           "chkUseIBForSupportURL"};
+    EXPECT_EQ(form.Find("SideBar")->Value(), 1);
     ShowPage(form, "picRemote");
+    EXPECT_EQ(form.Find("SideBar")->Value(), 5);
     for (const Rule& rule : {Rule{"optRemoteDLandEXE", "11110"}, Rule{"optRemoteEXE", "00110"},
                              Rule{"optRemoteURL", "00101"}, Rule{"optUseMSRA", "00000"}}) {
         form.Find(rule.option)->UserClicked();

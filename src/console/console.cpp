@@ -111,4 +111,9 @@ void HideAllPages(Form& form) {
 void ShowPage(Form& form, const char* page) {
     HideAllPages(form);
     form.SetVisible(page, true);
+    int number = 1;
+    for (const Page& row : ConsolePages()) {
+        if (std::string_view(row.control) == page) form.SetValue("SideBar", number);
+        ++number;
+    }
 }

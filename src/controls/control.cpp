@@ -67,7 +67,7 @@ void Control::SetEnabled(bool newEnabled) {
 }
 
 void Control::SetValue(int newValue) {
-    newValue = kind == Kind::progress ? std::clamp(newValue, 0, maximum) : newValue != 0;
+    if (kind != Kind::sideBar) newValue = kind == Kind::progress ? std::clamp(newValue, 0, maximum) : newValue != 0;
     if (newValue == value) return;
     value = newValue;
     Tell(Change::value);

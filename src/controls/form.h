@@ -136,6 +136,7 @@ public:
     bool Enabled() const { return enabled; }
     void SetEnabled(bool value);
     // Check boxes and options: 0 or 1. Setting an option to 1 clears its neighbours. Progress: position.
+    // Sidebar: the item of the first group that is marked as the one shown, from 1; 0 is none.
     int Value() const { return value; }
     void SetValue(int newValue);
     // Both are options of one group in one container.

@@ -89,10 +89,12 @@ void DrawHeader(HDC dc, const Part& part, const RECT& client, bool pressed) {
 void DrawItem(HDC dc, const Part& part, const RECT& client, bool pressed) {
     const Look& look = Colours();
     Fill(dc, client, look.card);
-    bool lit = part.hot || pressed;
+    bool marked = part.group == 1 && part.item == part.bar.control.Value();
+    bool lit = part.hot || pressed || marked;
     RECT row = {Scale(part, 4), Scale(part, 1), client.right - Scale(part, 4), client.bottom - Scale(part, 1)};
     COLORREF fill = pressed ? look.pressed : look.hover;
     if (lit) FillRound(dc, row, Scale(part, 4), fill, fill);
+    if (marked) Fill(dc, {0, row.top, Scale(part, 3), row.bottom}, look.accent);
     bool enabled = IsWindowEnabled(part.bar.window) != FALSE;
     COLORREF text = !enabled            ? look.grey
                     : !lit              ? look.cardText
