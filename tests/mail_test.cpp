@@ -150,7 +150,7 @@ TEST_F(MailTest, CompanionTakesTheSameFieldsWhereTheObjectFails) {
             Net().smtpRequests[0],
             "server|mail.example.org|port|25|user|ann|password|secret|authenticate|0|tls|1|from|panel@example.org|"
             "to|a@x.org|to|b@y.org|subject|Help - |text|x" +
-                std::string(stamp) + "|attach|C:\\a.txt|end|1|");
+                std::string(stamp) + "|attach|C:\\a.txt|wait|60|end|1|");
         EXPECT_LINES(Pc().Journal("run"), {"run hidden \"C:\\Panel\\SendMail.exe\""});
         EXPECT_EQ(Pc().FileText("C:\\Panel\\SendMail.exe"), "companion");
     }

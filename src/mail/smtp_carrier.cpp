@@ -43,6 +43,7 @@ bool SendBySmtp(const SmtpMail& mail, std::string& error) {
     Add(request, "subject", mail.subject);
     Add(request, "text", mail.text);
     for (const std::string& path : mail.attachments) Add(request, "attach", path);
+    Add(request, "wait", "60");  // seconds
     Add(request, "end", "1");
     uint32_t exitCode = 1;
     if (!pc::RunWithInput("\"" + program + "\"", request, error, exitCode)) error = "SendMail.exe did not start";

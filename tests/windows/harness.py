@@ -62,10 +62,11 @@ class Pc:
     """One PC. `folder` is C:\\Brevanta as the host sees it, `drive` is C:\\, `user` the client's profile.
 
     arch "win32" is a 32-bit PC in the looks of Windows XP. hosts are further names that the PC finds at 127.0.0.1, ca a
-    file with the certificates it trusts, display a screen that is there already; untraced, programs run at full speed.
+    file with the certificates it trusts, display a screen that is there already, screen the size of its own; untraced,
+    programs run at full speed.
     """
 
-    def __init__(self, arch="win64", hosts=(), ca=None, display=None, traced=True):
+    def __init__(self, arch="win64", hosts=(), ca=None, display=None, traced=True, screen="1024x768"):
         # Beside the clean drive, whose files it shares: another file system could not.
         sessions = pathlib.Path(os.environ["BREVANTA_WINE"], "sessions")
         sessions.mkdir(exist_ok=True)
@@ -82,16 +83,18 @@ class Pc:
             self.user = self.drive / "users/client"
             self.folder = self.drive / "Brevanta"
             self.folder.mkdir()
-            self.display = display or self._start_screen()
+            users = self.session / "prefix/user.reg"
+            users.write_text(users.read_text("latin-1").replace('"Default"="1024x768"', f'"Default"="{screen}"'), "latin-1")
+            self.display = display or self._start_screen(screen)
             self.trace_file = open(self.session / "trace", "w+b")
             self._start_driver(traced)
         except BaseException:
             self.close()
             raise
 
-    def _start_screen(self):
+    def _start_screen(self, size):
         read, write = os.pipe()
-        screen = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+        screen = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size + "x24", "-nolisten", "tcp"],
                                   pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         self.children.append(screen)

@@ -1,14 +1,18 @@
 """The support mail: typed by a client, received by a real server; what servers do wrong; what happens without one."""
+import contextlib
 import email
 import email.policy
 import io
 import pathlib
 import random
+import re
+import shutil
 import subprocess
 import tempfile
+import time
 import zipfile
 
-from harness import OK, Journey, Pc, wait
+from harness import BUILD, OK, Journey, Pc, Program, wait
 from smtp import PASSWORD, USER, FaultyMailServer, MailServer, make_certificates
 
 SETTINGS = """
@@ -110,6 +114,32 @@ class CompanionJourney(Journey):
                 self.assertNotEqual(0, self.send(port=465, tls=1)[0])
         self.assertEqual((1, 0), (len(server.envelopes), len(stranger.envelopes)))
 
+    def test_a_server_that_falls_silent_is_waited_for_and_left(self):
+        begin, running = time.monotonic(), []
+        with contextlib.ExitStack() as servers:
+            for number, verb in enumerate(["greeting", "EHLO", "STARTTLS", "AUTH", "secret", "MAIL", "RCPT", "DATA", "."]):
+                server = servers.enter_context(FaultyMailServer(replies={verb: None, "HELO": None}))
+                command = self.command(port=server.port, authenticate=1, tls=int(verb == "STARTTLS"), wait=2)
+                running.append((verb, server, Program(self.pc, command, "", rf"C:\driver\silent{number}")))
+            for number, (verb, server, program) in enumerate(running):
+                self.assertEqual(program.wait(), 1, verb)
+                self.assertIn("time", (self.pc.drive / f"driver/silent{number}").read_text(), verb)
+                self.assertIn(verb, ["greeting", "secret", *server.verbs()])
+        self.assertLess(time.monotonic() - begin, 50)  # not the panel's minute
+
+    def test_large_and_locked_attachments(self):
+        large = random.Random(1).randbytes(50_000_000)
+        (self.pc.drive / "large.bin").write_bytes(large)
+        with MailServer(2525) as server:
+            self.assertEqual((0, ""), self.send(attach=[r"C:\large.bin"]))
+            mail = email.message_from_bytes(server.envelopes[0].original_content)
+            self.assertTrue(mail.get_payload()[1].get_payload(decode=True) == large)
+            (self.pc.drive / "held.bin").write_bytes(b"held")
+            self.pc.stand_in("driver/holder.exe")
+            holder = self.pc.start(r"/hold C:\held.bin", r"C:\driver\holder.exe")
+            wait(lambda: self.send(attach=[r"C:\held.bin"]) == (1, r"can't read C:\held.bin"), "the file to be held")
+            self.assertIsNone(holder.exit_code())
+
     def test_what_a_server_refuses_or_drops_is_a_failure(self):
         verbs = ["greeting", "EHLO", "AUTH", "secret", "MAIL", "RCPT", "DATA", "."]
         faults = [(verb, reply) for verb in verbs for reply in ("", "550 no", "421 busy")]
@@ -136,17 +166,21 @@ class CompanionJourney(Journey):
 
 class MailJourney(Journey):
     def open_form(self):
-        """Fills in the form and sends it."""
+        """Starts the panel, fills in the form and sends it; the panel."""
         self.pc.install("Brevanta.exe")
         self.pc.write_settings(SETTINGS)
         _, panel = self.start_panel()
+        self.send(panel)
+        return panel
+
+    def send(self, panel, picture="support-mail"):
         panel.click("cmdEmailSupport")
         form = self.pc.form("frmEmail", 30)
         form.type("txtName", "Ann")
         form.type("txtEmail", "ann@home.com")
         form.type("txtSubject", "Help")
         form.type("txtBody", "Schön\r\n.\r\nlone dot")
-        self.pc.screenshot("support-mail")
+        self.pc.screenshot(picture)
         form.click("Command1")
 
     def test_mail_with_report_and_picture_arrives_whole(self):
@@ -169,6 +203,36 @@ class MailJourney(Journey):
         self.assertRegex(described, r"^BMP3? 1024x768 \d{1,3} ")
         self.assertNotIn("srgb(0,0,0)", described)  # the bare desktop, and no black picture
         self.assertFalse((self.pc.folder / "Info.zip").exists())
+
+    def test_the_systems_message_object_comes_first_and_the_companion_behind_it(self):
+        shutil.copy(BUILD / "message_object.dll", self.pc.drive / "driver")
+        classes, identity = r"HKLM\Software\Classes", "{3AB2B7B6-7D0F-4F0A-9A0E-5C1B6F0D7A11}"
+        for key, data in ((rf"CDO.Message\CLSID", identity),
+                          (rf"CLSID\{identity}\InprocServer32", r"C:\driver\message_object.dll")):
+            code, output = self.pc.run(rf'reg add "{classes}\{key}" /ve /d "{data}" /f /reg:32')
+            self.assertEqual(code, 0, output)
+        written = self.pc.drive / "message.txt"
+        panel = self.open_form()
+        self.pc.box("Email sent!", 60).answer(OK)
+        schema = "http://schemas.microsoft.com/cdo/configuration/"
+        fields = {"smtpserver": '"127.0.0.1"', "smtpconnectiontimeout": "60", "sendusing": "2", "smtpserverport": '"2525"',
+                  "smtpauthenticate": "False", "smtpusessl": "False", "sendusername": '""', "sendpassword": '""'}
+        before, body, behind = re.fullmatch(r'(.*)Message.TextBody = "(.*?)"\n(.*)', written.read_text(), re.DOTALL).groups()
+        self.assertEqual(before.splitlines(), [f"{schema}{name}.Value = {value}" for name, value in fields.items()] + [
+            'Message.To = "tech@example.org"', 'Message.From = "ann@home.com"', 'Message.Subject = "Help - "'])
+        self.assertTrue(body.startswith("Name:  Ann\nEmail:  ann@home.com\n\nSchön\n.\nlone dot\n\n---\nComputer Name:  "), body)
+        self.assertEqual(behind.splitlines(), [r'Message.AddAttachment "C:\Brevanta\Info.zip"', "Fields.Update", "Message.Send"])
+        self.assertFalse((self.pc.folder / "SendMail.exe").exists())  # it was not needed
+        # What it cannot send goes by the companion, once. Ticks that the client is not shown stay on.
+        (self.pc.drive / "refuse").touch()
+        self.pc.write_settings(SETTINGS.replace("EmailInfoPrompt=1", "EmailInfoPrompt=0"))
+        with MailServer(2525) as mailbox:
+            self.send(panel, "support-mail-without-attachments")
+            self.pc.box("Email sent!", 60).answer(OK)
+        message = email.message_from_bytes(mailbox.envelopes[0].original_content)
+        self.assertEqual((message["From"], len(message.get_payload())), ("ann@home.com", 2))
+        self.assertEqual((written.read_text().count("Message.Send"), len(mailbox.envelopes)), (2, 1))
+        self.assertIn("\t- VB Error: -2147220973 The transport failed to connect to the server.", self.pc.trace())
 
     def test_without_a_server_the_mail_program_takes_over(self):
         self.pc.catch_addresses()
