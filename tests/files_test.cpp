@@ -197,6 +197,7 @@ TEST_F(FilesTest, WhatIsMovedCopiedOrRenamedLosesNothing) {
     EXPECT_FALSE(fso.Copy_File("C:\\from", "C:\\to", false));
     EXPECT_EQ(pc.FileText("C:\\to"), "old");
     EXPECT_FALSE(fso.Copy_File("C:\\to", "c:\\TO", true));  // onto itself
+    EXPECT_FALSE(fso.Move_File("C:\\to", "c:\\TO", true));
     pc.Lock("C:\\from");
     EXPECT_FALSE(fso.Copy_File("C:\\from", "C:\\to", true));
     EXPECT_EQ(pc.Attributes("C:\\to"), pc::attributeReadOnly | pc::attributeHidden);

@@ -176,10 +176,12 @@ TEST_F(HealthTest, FirstAddressOfTheFirstAdapterDecides) {
         std::vector<std::string> addresses;
         bool dhcp;
     };
+    const Adapter none{{}, true};
     const struct {
         std::vector<Adapter> adapters;
         const char* shown;
     } rows[] = {
+        {{none, none, none, none, none, none, none, none, none, {{"10.0.0.9"}, true}}, "10.0.0.9 [normal]"},
         {{{{"192.168.1.7", "fe80::1"}, true}}, "192.168.1.7 [normal]"},
         {{{{"10.0.0.9"}, false}}, "10.0.0.9 [notice]"},
         {{{{}, true}, {{"10.0.0.9"}, true}, {{"10.0.0.10"}, false}}, "10.0.0.9 [normal]"},
@@ -199,9 +201,14 @@ TEST_F(HealthTest, FirstAddressOfTheFirstAdapterDecides) {
         EXPECT_EQ(Shown(form, "lblIntIP"), row.shown);
         EXPECT_EQ(form.Text("lblIntIPLabel"), "Internal IP");
         EXPECT_EQ(Pc().Traced("Object variable or With block variable not set"), form.Text("lblIntIP") != "---");
+        EXPECT_EQ(Pc().Traced("Health\\GetInternalIP:"), form.Text("lblIntIP") != "---");
         EXPECT_EQ(State().bHasStaticIP, std::string(row.shown).ends_with("[notice]"));
         EXPECT_EQ(form.Find("lblIntIP")->ToolTip(), form.Text("lblIntIP") == "---" ? "" : "[7] Adapter");
     }
+    Form& form = Start();
+    Pc().FailWmi("root\\cimv2", "no rights");
+    GetInternalIP(form);
+    EXPECT_TRUE(Pc().Traced("Health\\GetInternalIP: no rights"));
 }
 
 // A PC without a fault.

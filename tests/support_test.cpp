@@ -176,7 +176,7 @@ TEST_F(SupportTest, CustomButtonsDoWhatTheirTypeSays) {
         {"URL", "http://b.example/", "1", {"open in panel modal http://b.example/"}},
         {"SR", "", "", {"run C:\\Windows\\system32\\rstrui.exe"}},
         {"cpq", "", "", {"run hidden cmd /c net stop spooler /y", "run hidden cmd /c net start spooler"}},
-        {"Safe", "", "", {"run C:\\Panel\\Pelmark.exe"}},
+        {"Safe", "", "", {"run minimised C:\\Panel\\Pelmark.exe"}},
         {"other", "x", "", {}},
     };
     for (int n = 0; n < 5; ++n)

@@ -132,15 +132,15 @@ const ControlSpec mailControls[] = {
     {Kind::textBox, "txtSubject", "Support Request", {3000, 1680, 4800, 360}},
     {Kind::label, "lblBody", "Email &Body:  (Please describe your issue here.)", {300, 2280, 7500, 300}},
     {Kind::textBox, "txtBody", "", {300, 2640, 7500, 2280}, "", multiLine},
-    {Kind::picture, "picAttachments", "", {300, 5100, 5700, 1080}},
-    {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 5640, 300}, "picAttachments", bold},
+    {Kind::picture, "picAttachments", "", {300, 5100, 7500, 1080}},
+    {Kind::label, "lblAttachments", "Email Attachments:", {0, 0, 7440, 300}, "picAttachments", bold},
     {Kind::checkBox,
      "chkAttachInfo",
      "Attach &diagnostic information about your PC.",
-     {0, 360, 5640, 300},
+     {0, 360, 7440, 300},
      "picAttachments"},
-    {Kind::checkBox, "chkAttachPic", "Attach a &picture of your screen.", {0, 720, 5640, 300}, "picAttachments"},
-    {Kind::button, "Command1", "&Send Email", {6060, 5640, 1740, 480}},
+    {Kind::checkBox, "chkAttachPic", "Attach a &picture of your screen.", {0, 720, 7440, 300}, "picAttachments"},
+    {Kind::button, "Command1", "&Send Email", {6060, 6300, 1740, 480}},
 };
 
 const ControlSpec optionControls[] = {
@@ -150,7 +150,7 @@ const ControlSpec optionControls[] = {
 
 }  // namespace
 
-const FormDefinition frmEmail = {"frmEmail", "", 8100, 6360, Border::fixed, mailControls, [](Form& form) {
+const FormDefinition frmEmail = {"frmEmail", "", 8100, 7020, Border::fixed, mailControls, [](Form& form) {
                                      form.SetValue("chkAttachInfo", 1);
                                      form.SetValue("chkAttachPic", 1);
                                      form.onLoad = [&form] { LoadMailForm(form); };

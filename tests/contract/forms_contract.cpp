@@ -15,6 +15,8 @@
 #include "panel/password_prompt.h"
 #include "repair/browser_addons.h"
 #include "system/text.h"
+#include "tools/maintenance_check/reminder_form.h"
+#include "tools/safe_mode/safe_form.h"
 #include "transfer/cloud.h"
 #include "transfer/download.h"
 #include "transfer/self_update.h"
@@ -183,7 +185,7 @@ TEST(FormsContract, EveryFormIsNamedInOrderAndUncut) {
     for (const FormDefinition* definition :
          {&frmMain, &frmMainNew, &frmConfig(), &frmPW, &frmClientInfoPrompt, &frmSetClientID, &frmStatusWin,
           &frmCleanIE, &frmDownload, &frmEmail, &frmEmailOptions, &frmPanelBrowser, &frmCloudDL, &frmCloudUL, &frmFTPUL,
-          &frmCompUpdateBeta}) {
+          &frmCompUpdateBeta, &frmReminder, &frmSafeMode}) {
         Form& form = LoadAsDesigned(*definition);
         for (const auto& control : form.Controls())
             if (control->GetKind() == Kind::picture) control->SetVisible(true);  // a page is made when it is shown

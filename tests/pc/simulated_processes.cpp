@@ -156,7 +156,11 @@ void Process::Close() {
 
 uint32_t StartProcess(const std::string& commandLine, uint16_t windowStyle) {
     Pc().Begin();
-    std::string note = std::string("run ") + (windowStyle == 0 ? "hidden " : "") + commandLine;
+    std::string note = std::string("run ") +
+                       (windowStyle == 0   ? "hidden "
+                        : windowStyle == 2 ? "minimised "
+                                           : "") +
+                       commandLine;
     uint32_t code = 0, first = 0;
     Place image;
     for (const std::string& candidate : Candidates(commandLine)) {
