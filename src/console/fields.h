@@ -8,6 +8,7 @@
 
 #include "controls/form.h"
 
+// What stands on a page.
 enum class Item : uint8_t {
     title,   // of the page
     group,   // a heading within the page
@@ -34,6 +35,7 @@ enum class Keep : uint8_t {
     optionFlag,  // an option with a key of its own: "1" or "0"
 };
 
+// One row of a page: a control with its caption and the setting that it keeps.
 struct PageItem {
     Item item;
     const char* control = "";
@@ -48,6 +50,7 @@ struct PageItem {
     const char* items = "";  // of a combo or list, parted by "|"
 };
 
+// A page of the console and the control it stands in.
 struct Page {
     const char* control;      // "picBranding"
     const char* sideBarText;  // "Branding and Logo"

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+// What a control is.
 enum class Kind : uint8_t {
     label,    // text; clickable when a handler is attached (then drawn as a link and reached by Tab)
     textBox,  // one line, or several with multiLine
@@ -57,10 +58,12 @@ enum ControlFlag : uint32_t {
     stretch = 1048576,   // image fills its box (Aspect 1)
 };
 
+// A place.
 struct Box {
     int left = 0, top = 0, width = 0, height = 0;  // twips, relative to the container
 };
 
+// One row of a form's table.
 struct ControlSpec {
     Kind kind = Kind::label;
     const char* name = "";     // control arrays: "comboRPDay(0)"
@@ -81,10 +84,12 @@ inline constexpr uint32_t colourHighlight = 0x8000000D;
 inline constexpr uint32_t colourWarning = 192;    // red
 inline constexpr uint32_t colourLink = 16711680;  // blue
 
+// A row of a sidebar's group, or the text of a detail group.
 struct SideBarItem {
     std::string caption;
     std::string detail;  // text of a detail group (lines parted by CR LF), empty for an item
 };
+// A card of a sidebar: a heading that collapses it, and its rows.
 struct SideBarGroup {
     std::string heading, subHeading;
     bool special = false;  // drawn with the accent
@@ -92,6 +97,7 @@ struct SideBarGroup {
     std::vector<SideBarItem> items;
 };
 
+// A row of a list view.
 struct ListRow {
     std::vector<std::string> cells;
     bool checked = false;
@@ -222,6 +228,7 @@ private:
 // How a form's window behaves.
 enum class Border : uint8_t { fixed, sizable, dialog, toolWindow };
 
+// A form as data.
 struct FormDefinition {
     const char* name;  // "frmMain"
     const char* caption;

@@ -5,6 +5,7 @@
 
 #include "controls/form.h"
 
+// Calls upward; empty in a program without a panel.
 struct PanelLinks {
     void (*getHealth)(Form& form) = nullptr;         // refreshes the health display
     void (*showPanelBrowser)(bool modal) = nullptr;  // shows the internal browser at State().browserAddress

@@ -5,6 +5,7 @@
 
 #include "controls/form.h"
 
+// Fills one sidebar; it keeps nothing itself.
 class XPexplorerbar {
 public:
     explicit XPexplorerbar(Control& sideBar) : control(sideBar) {}

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+// One message and the account that sends it.
 struct SmtpMail {
     std::string server, port, user, password;
     bool authenticate = false;

@@ -3,6 +3,7 @@
 
 #include "controls/form.h"
 
+// What a button or item of the panel can do.
 enum class PanelAction {
     none,
     maintenance,
@@ -27,6 +28,7 @@ PanelAction SideBarAction(int group, int item);
 // Runs the action's routine; an action without one does nothing.
 void RunPanelAction(PanelAction action, Form& form);
 
+// Give the controls of a face their actions.
 void AttachClassicActions(Form& form);
 void AttachNewActions(Form& form);
 // The large custom text of the new face as a link, if the settings ask for it.

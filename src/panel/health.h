@@ -15,6 +15,7 @@ inline constexpr uint32_t wmiTimeout = 10000;
 // The whole refresh, with the ball that sums it up.
 void GetHealth(Form& form);
 
+// Each shows one item; true when that is a warning.
 bool GetAV(Form& form);
 bool GetFirewall(Form& form);
 bool GetAutoUpdates(Form& form);

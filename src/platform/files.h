@@ -22,6 +22,7 @@ inline constexpr uint32_t attributeReparse = 0x400;  // junction, mount point or
 // 100-nanosecond steps since 1601-01-01 UTC, as the platform counts file times.
 using FileTime = uint64_t;
 
+// An item of a folder as the platform lists it.
 struct FileInfo {
     std::string name;  // without folder
     uint32_t attributes = 0;
@@ -39,13 +40,16 @@ uint32_t LastError();
 
 // Of the item itself, also when it is a link. Nothing when it is not there or cannot be read.
 std::optional<FileInfo> GetFileInfo(const std::string& path);
+// Bits as above. False when the item is not there or refuses.
 bool ChangeAttributes(const std::string& path, uint32_t attributes);
 // Whether the platform can open the file (a folder is none). Code -1 in the platform's old form means no.
 bool CanOpenFile(const std::string& path);
 
+// A file, or a link to one itself. False while it is open elsewhere or read-only.
 bool RemoveFile(const std::string& path);
 // Removes an empty folder, or a link to a folder without touching what it points to.
 bool RemoveFolder(const std::string& path);
+// False, with 183 in LastError(), when it is there.
 bool MakeFolder(const std::string& path);
 // Makes all missing parents as well. A path without trailing backslash loses its last part, as the platform has it.
 bool MakeSureFolderPathExists(const std::string& path);
@@ -53,6 +57,7 @@ bool MakeSureFolderPathExists(const std::string& path);
 uint32_t ShellMakeFolder(const std::string& path);
 // Moves or renames a file or folder; fails with 183 if the target exists and replace is false.
 bool MovePath(const std::string& from, const std::string& to, bool replace);
+// With its attributes. False, with 80 in LastError(), when the target is there and failIfExists is set.
 bool CopyOneFile(const std::string& from, const std::string& to, bool failIfExists);
 
 // Calls each for every entry of the folder but "." and "..", in the platform's order, until it returns false.
@@ -60,6 +65,7 @@ bool CopyOneFile(const std::string& from, const std::string& to, bool failIfExis
 bool ListFolder(const std::string& folder, const std::string& pattern,
                 const std::function<bool(const FileInfo&)>& each);
 
+// How a file is opened.
 enum class FileMode {
     read,       // must exist; shared for reading
     write,      // made or emptied
@@ -78,6 +84,7 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
+    // False with the code in LastError(); an open file is closed first.
     bool Open(const std::string& path, FileMode mode);
     bool IsOpen() const { return handle != none; }
     // Bytes read, 0 at the end; nothing on failure.
@@ -103,6 +110,7 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes);
 bool DisableRedirection(uintptr_t& cookie);
 void RevertRedirection(uintptr_t cookie);
 
+// Room on a drive.
 struct DiskSpace {
     double total = 0;      // bytes
     double free = 0;       // bytes
@@ -111,6 +119,7 @@ struct DiskSpace {
 // folder is such as "C:\". Nothing when the drive does not answer.
 std::optional<DiskSpace> GetDiskSpace(const std::string& folder);
 
+// A drive as the platform describes it.
 struct DriveInfo {
     uint32_t type = 0;  // platform's GetDriveType number: 2 removable, 3 fixed, 4 remote, 5 CD, 6 RAM
     uint32_t serial = 0;

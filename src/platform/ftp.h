@@ -58,6 +58,7 @@ bool FtpWrite(const InternetHandle& file, const void* data, uint32_t size);
 // Bytes read, less than size only at the end; nothing on failure.
 std::optional<uint32_t> FtpRead(const InternetHandle& file, void* buffer, uint32_t size);
 
+// An entry of the server's listing.
 struct FtpItem {
     std::string name;
     uint32_t size = 0;  // low 32 bits, bytes

@@ -33,10 +33,12 @@ uint32_t ProductSku(uint32_t major, uint32_t minor);
 // Total physical memory in bytes; 0 when unknown.
 uint64_t TotalMemory();
 
+// A moment by the calendar.
 struct ClockTime {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
     int dayOfWeek = 0;  // 0 Sunday
 };
+// The PC's clock, in its own zone.
 ClockTime LocalNow();
 // Local time of a file time (100 ns since 1601 UTC).
 ClockTime LocalFromFileTime(uint64_t fileTime);

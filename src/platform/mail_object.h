@@ -14,6 +14,7 @@ public:
     MessageObject(const MessageObject&) = delete;
     MessageObject& operator=(const MessageObject&) = delete;
 
+    // False when the system has no such object.
     bool Create();
     // A field of the configuration by the last component of its schema name, such as "smtpserver".
     bool SetField(const std::string& name, const std::string& value);

@@ -19,6 +19,7 @@ public:
     int width = 0, height = 0;  // pixels
 };
 
+// The window that holds all others.
 intptr_t DesktopWindow();
 // Of the primary screen, in pixels.
 int ScreenWidth();

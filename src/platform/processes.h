@@ -7,6 +7,7 @@
 
 namespace pc {
 
+// Access bits of a process, and the exit code of one that runs, as the platform has them.
 inline constexpr uint32_t processTerminate = 0x1;
 inline constexpr uint32_t processQueryInformation = 0x400;
 inline constexpr uint32_t processAllAccess = 0x1F0FFF;
@@ -36,16 +37,20 @@ bool RunWithInput(const std::string& commandLine, const std::string& input, std:
 bool OpenProcessById(uint32_t processId, uint32_t access, Process& process);
 // False when the code cannot be had; stillActive while it runs.
 bool GetExitCode(const Process& process, uint32_t& exitCode);
+// Ends it at once. False when the platform refuses.
 bool Terminate(const Process& process, uint32_t exitCode);
 
+// A process of the snapshot.
 struct ProcessEntry {
     uint32_t id = 0;
     std::string name;  // executable name without folder
 };
 // A snapshot of all processes; empty when there is none to be had.
 std::vector<ProcessEntry> ListProcesses();
+// Identifier of this process.
 uint32_t OwnProcessId();
 
+// How far the switching of a privilege came.
 enum class PrivilegeStep { done, openToken, lookup, adjust };
 // Switches one privilege of the own token; changed (may be null) tells whether it was otherwise before. On failure the
 // step that failed, with the code in LastError().
@@ -59,6 +64,7 @@ bool ShowProperties(const std::string& path);
 
 // Milliseconds since some start; wraps.
 uint32_t TickCount();
+// Waits without handling window messages.
 void SleepFor(uint32_t milliseconds);
 // Handles all pending window messages and returns. Event handlers run inside.
 void PumpMessages();

@@ -6,6 +6,7 @@
 
 namespace pc {
 
+// What a shortcut file holds.
 struct ShellLink {
     std::string target, arguments, workingFolder, description, iconFile;
     int32_t iconIndex = 0;

@@ -8,6 +8,7 @@
 
 namespace pc {
 
+// A property of a row.
 struct WmiValue {
     enum class Kind { null, text, number, boolean, list };
     Kind kind = Kind::null;
@@ -18,6 +19,7 @@ struct WmiValue {
 };
 using WmiRow = std::vector<WmiValue>;  // in the order of the properties asked for
 
+// How a query ended: all rows seen, stopped by the caller, failed, or not answered in time.
 enum class WmiStatus { done, stopped, failed, timedOut };
 
 // Runs a query in a namespace such as "root\cimv2" and calls each for every row until it returns false (stopped).

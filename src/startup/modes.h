@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+// A row of the table of modes.
 struct Mode {
     const char* argument;  // lower case; null in the last row, which takes everything else
     bool usesControls;     // common controls first
@@ -15,6 +16,7 @@ struct Mode {
 std::span<const Mode> Modes();
 // commandLine is the whole line behind the program name, lower-cased. It must equal an argument; there is no parsing.
 const Mode& ChooseMode(const std::string& commandLine);
+// Does what the mode needs first, then runs it.
 void RunMode(const Mode& mode);
 
 // Mode routines.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+// A day; month and day count from 1.
 struct CalendarDate {
     int year = 0, month = 0, day = 0;
 };

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+// Files and folders with the second attempt: what refuses is taken over once. Also listings and details of files.
 class clsFSO {
 public:
     double Count = 0;  // files found by Get_FileList and Get_Totals

@@ -17,7 +17,9 @@ struct LanguageCaption {
 template <typename Set>
 void ApplyLanguage(std::span<const LanguageCaption> rows, Set set);
 
+// Whether a translation lies beside the program.
 bool LanguageFileExists();
+// Empty when the file or the entry is missing.
 std::string LanguageEntry(const std::string& section, const std::string& key);
 
 template <typename Set>

@@ -27,10 +27,13 @@ bool RunAndWait(const std::string& commandLine, uint16_t windowStyle);
 // Starts a command line with redirection off and returns at once; true when it started.
 bool StartCommand(const std::string& commandLine, uint16_t windowStyle);
 
+// Whether the program runs as the system's own account.
 bool IsSystemAccess(bool showMessage);
+// By every road there is: name, number, management service, tskill, taskkill. The panel itself is spared.
 void KillProcessEverywhere(const std::string& pathOrName, bool wait);
 // Ends every process whose name ends in the text, case ignored, but never the panel itself. Always false.
 bool KillProcess(const std::string& nameTail);
+// False when it is the panel, is not there or refuses.
 bool KillProcessByID(uint32_t processId, uint32_t exitCode);
 void KillProcessViaWMI(const std::string& name);
 

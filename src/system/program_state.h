@@ -3,6 +3,7 @@
 
 #include <string>
 
+// One instance a process; see State().
 struct ProgramState {
     std::string settingsFile;  // full path of the settings INI
     std::string sDebugFile;    // trace file, used only while bDebugToFile

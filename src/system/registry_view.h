@@ -10,6 +10,7 @@
 inline constexpr uint32_t hiveIniFile = 1;
 inline constexpr uint32_t hiveBad = 0;
 
+// Where a path is looked for: the access bits with the view, and the path without its mark.
 struct RegistryView {
     uint32_t access = 0;
     std::string path;

@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <string>
 
+// One shortcut: its fields, read and written.
 class cShellLinkA {
 public:
     std::string ExeName, ExeArgs, WorkingDir, Description, IconFile;
     int32_t IconIndex = 0;
     int32_t ShowCommand = 0;
 
+    // Virtual key and modifier bits of the hot key.
     void GetHotKeyInfo(uint8_t& key, uint8_t& modifier) const;
     static uint16_t MakeHotKey(uint8_t modifier, uint8_t key);
     // Folder by CSIDL number; empty when unknown.

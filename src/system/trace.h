@@ -25,6 +25,7 @@ private:
     std::string text;
 };
 
+// What DebugOutput calls.
 void DebugOutputLine(std::initializer_list<TraceValue> values);
 
 // Sends one line to the debug channel, each value behind a tab, also the first. Never fails visibly.

@@ -7,6 +7,7 @@
 // damaged, or the settings file in it, if any, is none.
 bool UnpackAndCheck(const std::string& archive);
 
+// What came of fetching the set.
 enum class CloudSet { none, damaged, applied };
 // Fetches the set from the cloud area and, when it is sound, unpacks it over the application folder.
 CloudSet FetchCloudSet();

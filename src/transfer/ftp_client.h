@@ -17,6 +17,7 @@ struct cDirItem {
     double created = 0, accessed = 0, modified = 0;
 };
 
+// A listing of a folder on the server.
 class cDirList {
 public:
     void Add(const pc::FtpItem& item);

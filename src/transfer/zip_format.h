@@ -29,6 +29,7 @@ struct Entry {
     std::string name, comment;
 };
 
+// The record at an archive's end, of either size.
 struct EndRecord {
     uint16_t thisDisk = 0, directoryDisk = 0;
     uint64_t entries = 0, directorySize = 0, directoryOffset = 0;
@@ -40,6 +41,7 @@ uint16_t Get16(std::string_view bytes, size_t offset);
 uint32_t Get32(std::string_view bytes, size_t offset);
 uint64_t Get64(std::string_view bytes, size_t offset);
 
+// Records as they stand in the file.
 std::string LocalHeader(const Entry& entry);    // with the name behind it
 std::string CentralHeader(const Entry& entry);  // with name and comment behind it
 std::string EndOfDirectory(const EndRecord& end);

@@ -43,10 +43,12 @@ struct ZipBuffer {
     }
 };
 
+// Reads an archive. Failures go to the event and to its error number.
 class ZipExtractionClass {
 public:
     ~ZipExtractionClass() { CloseZip(); }
 
+    // False when there is no such file or it is no archive; an open one is closed first.
     bool OpenZip(const std::string& path);
     void CloseZip();
     // True when the directory could be walked to its end; errors of single entries do not change that.

@@ -13,6 +13,7 @@ struct ZipFile {
     std::string data;
 };
 
+// Makes an archive in memory and writes it.
 class ZipClass {
 public:
     size_t FileCount() const { return files.size(); }
