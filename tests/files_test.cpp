@@ -198,6 +198,7 @@ TEST_F(FilesTest, WhatIsMovedCopiedOrRenamedLosesNothing) {
     EXPECT_EQ(pc.FileText("C:\\to"), "old");
     EXPECT_FALSE(fso.Copy_File("C:\\to", "c:\\TO", true));  // onto itself
     EXPECT_FALSE(fso.Move_File("C:\\to", "c:\\TO", true));
+    EXPECT_LINES(pc.Journal("attributes"), {});
     pc.Lock("C:\\from");
     EXPECT_FALSE(fso.Copy_File("C:\\from", "C:\\to", true));
     EXPECT_EQ(pc.Attributes("C:\\to"), pc::attributeReadOnly | pc::attributeHidden);

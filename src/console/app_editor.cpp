@@ -122,7 +122,7 @@ void TestAppDownload(const std::string& url, const std::string& fileName) {
         pc::ShowMessage("Failed to receive download!");
         return;
     }
-    if (DoesFileExist(file)) pc::RemoveFile(file);
+    pc::RemoveFile(file);
     if (DoesDirExist(folder)) clsFSO().KillDir(folder, false);
     if (!DownloadFile(url, file, "Receiving:  " + StripPath(file), false, true)) {
         pc::ShowMessage("Failed to receive download!");

@@ -13,6 +13,7 @@ bool SaveConsole(Form& form);
 // Every page is out of sight afterwards.
 void HideAllPages(Form& form);
 void ShowPage(Form& form, const char* page);
-// The mail account of page picSMTP, the receiver from page picEmail; passwords scrambled.
-void WriteEmailConfig(Form& form);
+// The mail account of page picSMTP, the receiver from page picEmail; passwords scrambled. False when not all of it
+// could be written.
+bool WriteEmailConfig(Form& form);
 void ReadEmailConfig(Form& form);

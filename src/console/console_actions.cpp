@@ -20,30 +20,48 @@
 #include "transfer/archives.h"
 #include "transfer/cloud.h"
 #include "transfer/config_set.h"
+#include "transfer/zip_reader.h"
 
 namespace {
 
 std::string UploadFolder() { return GetAppPath() + "ConfigUpload"; }
 std::string ConfigArchive() { return GetAppPath() + "BrevantaConfig.zip"; }
 
-// The set that panels fetch: settings, apps, icon and logo, zipped flat. True when the archive is there.
+// Files of the folder (with "\\" at its end) that the pattern takes; -1 when that cannot be told.
+int CountFiles(const std::string& folder, const char* pattern) {
+    int count = 0;
+    return pc::ListFolder(folder, pattern, [&](const pc::FileInfo&) { return ++count > 0; }) ? count : -1;
+}
+
+// The set that panels fetch: settings, apps, icon and logo, zipped flat. True when the archive is there and whole: what
+// was saved or packed in part goes to nobody.
 bool PackConfig(Form& form) {
-    SaveConsole(form);
+    if (!SaveConsole(form)) return false;
     // What an earlier pack left behind is no part of this one.
     clsFSO().KillDir(UploadFolder(), false);
     MakeFolderPath(UploadFolder());
+    bool isWhole = true;
     for (const char* pattern : {"*.ini", "*.cfg", "*.ico", "supportlogo.*"})
-        CopyFileQuiet(GetAppPath() + pattern, UploadFolder());
-    return ZipFolderRelative(UploadFolder(), ConfigArchive(), false);
+        isWhole &= CopyFileQuiet(GetAppPath() + pattern, UploadFolder()) || CountFiles(GetAppPath(), pattern) == 0;
+    isWhole = ZipFolderRelative(UploadFolder(), ConfigArchive(), false) && isWhole;
+    // The archive passes over what cannot be read.
+    ZipExtractionClass zip;
+    std::vector<std::string> names;
+    isWhole = isWhole && zip.OpenZip(ConfigArchive()) && zip.Test(names) &&
+              static_cast<int>(names.size()) == CountFiles(UploadFolder() + "\\", "*");
+    zip.CloseZip();
+    clsFSO().KillDir(UploadFolder(), false);
+    if (isWhole) return true;
+    pc::RemoveFile(ConfigArchive());
+    pc::ShowMessage("Your config could not be packed whole.  Nothing was handed on.", "", pc::styleExclamation);
+    return false;
 }
 
 std::string CommonDesktop() { return pc::Environment(IsVistaOrLater() ? "public" : "allusersprofile") + "\\Desktop"; }
 
 void UploadNow(Form& form) {
-    PackConfig(form);
-    ShowFormModal(frmFTPUL);
-    clsFSO().KillDir(UploadFolder(), false);
-    if (DoesFileExist(ConfigArchive())) pc::RemoveFile(ConfigArchive());
+    if (PackConfig(form)) ShowFormModal(frmFTPUL);
+    pc::RemoveFile(ConfigArchive());
 }
 
 void DownloadNow(Form& form) {
@@ -98,7 +116,6 @@ void SendConsoleTestMail(Form& form) {
 
 void SaveAndZip(Form& form) {
     if (!PackConfig(form)) return;
-    clsFSO().KillDir(UploadFolder(), false);
     // All users' desktop takes no file from a user without rights; the archive then stays where it is.
     bool isMoved = MoveFileQuiet(ConfigArchive(), CommonDesktop());
     pc::ShowMessage(isMoved ? "Your config is saved to your desktop."

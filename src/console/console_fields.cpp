@@ -83,11 +83,14 @@ void SaveFields(Form& form, const std::vector<std::string>& controls) {
             if (field.control == name) SaveField(form, field);
 }
 
-void WriteEmailConfig(Form& form) {
+bool WriteEmailConfig(Form& form) {
+    bool saved = true;
     for (const MailField& field : mailFields) {
         std::string value = field.tick ? NumberText(form.Checked(field.control)) : OneLine(form.Text(field.control));
-        WriteSetting("EmailConfig", field.key, field.secret ? EncryptString(value, passwordKey) : value);
+        if (field.secret) value = EncryptString(value, passwordKey);
+        saved = WriteSetting("EmailConfig", field.key, value) && saved;
     }
+    return saved;
 }
 
 void ReadEmailConfig(Form& form) {
@@ -115,7 +118,7 @@ bool SaveConsole(Form& form) {
     for (const Field& field : ConsoleFields()) {
         // The mail account goes with the keys of mail and brand, ahead of the custom buttons.
         if (!mailWritten && StartsWith(field.section, "CustomButton")) {
-            WriteEmailConfig(form);
+            saved = WriteEmailConfig(form) && saved;
             mailWritten = true;
         }
         saved = SaveField(form, field) && saved;

@@ -84,7 +84,7 @@ std::string GetLastBootTime() {
 void GatherInfo(Form& panelForm) {
     ShowStatusWindow(LanguageText("Misc", "GatherInfo", "Gathering Information..."), "");
     if (!DoesDirExist(InfoFolder())) MakeFolderPath(InfoFolder());
-    if (DoesFileExist(ReportFile())) pc::RemoveFile(ReportFile());
+    pc::RemoveFile(ReportFile());
     std::string report;
     for (const HealthLine& line : healthLines) report += line.label + panelForm.Text(line.control) + "\r\n";
     report += "\r\nEvent Log Errors/Warnings Since Last Boot:\r\n" + std::string(42, '*') + "\r\n";
@@ -102,6 +102,6 @@ void GatherInfo(Form& panelForm) {
 void ZipInfo() {
     if (!DoesDirExist(InfoFolder())) return;
     std::string archive = GetAppPath() + "Info.zip";
-    if (DoesFileExist(archive)) pc::RemoveFile(archive);
+    pc::RemoveFile(archive);
     ZipFolder(InfoFolder(), archive);
 }

@@ -40,8 +40,10 @@ bool SaveBitmapColours(const pc::Bitmap& bitmap, const std::string& path, int co
     int depth = colours == 4 || colours == 16 ? 4 : colours == 8 || colours == 256 ? 8 : 1;
     std::string palette, pixels;
     if (!pc::ReduceColours(bitmap, depth, palette, pixels)) return false;
-    if (DoesFileExist(path)) pc::RemoveFile(path);
-    return pc::WriteWholeFile(path, BitmapHeader(bitmap, depth, palette, pixels.size()) + pixels);
+    pc::RemoveFile(path);
+    if (pc::WriteWholeFile(path, BitmapHeader(bitmap, depth, palette, pixels.size()) + pixels)) return true;
+    pc::RemoveFile(path);  // half a picture
+    return false;
 }
 
 void TakeScreenCapture() {

@@ -73,10 +73,6 @@ FinalPath ResolvePath(const std::string& value) {
     return {StartsWith(value, "\\\\") ? value : ToolsFolder() + value};
 }
 
-void Remove(const std::string& path) {
-    if (DoesFileExist(path)) pc::RemoveFile(path);
-}
-
 // A server's error page or a log-in page in the place of a program.
 bool IsPageForProgram(const std::string& path) {
     if (!EndsWithNoCase(path, ".exe")) return false;
@@ -92,7 +88,7 @@ bool ReplaceFolder(const std::string& archive, const std::string& folder, const 
     clsFSO files;
     files.KillDir(fresh, false);
     UnzipFile(archive, fresh, false);
-    Remove(archive);
+    pc::RemoveFile(archive);
     bool inside = LowerCase(finalPath).starts_with(LowerCase(folder) + "\\");
     if (DoesFileExist(inside ? fresh + finalPath.substr(folder.size()) : finalPath)) {
         files.KillDir(folder, false);
@@ -114,7 +110,7 @@ bool FetchApp(const App& app, const std::string& finalPath) {
     bool isArchive = EndsWithNoCase(*name, "zip");
     if (isArchive && !folderName) return false;
     std::string archive = ToolsFolder() + *name, folder = ToolsFolder() + folderName.value_or("");
-    Remove(archive);
+    pc::RemoveFile(archive);
     if (!DownloadFile(app.url, archive, "Receiving:  " + StripPath(archive), false, true)) return false;
     if (isArchive) return ReplaceFolder(archive, folder, finalPath);
     return !IsPageForProgram(archive);
@@ -125,14 +121,14 @@ bool ProvideApp(const App& app, const std::string& finalPath) {
     std::string kept = finalPath + ".old";
     bool always = app.Flag("AlwaysAttemptDownload");
     if (always && DoesFileExist(finalPath)) {
-        Remove(kept);
+        pc::RemoveFile(kept);
         pc::MovePath(finalPath, kept, false);
     }
     if (!always && DoesFileExist(finalPath)) return true;
     if (FetchApp(app, finalPath)) return true;
     if (!always || !DoesFileExist(kept)) return false;
     // What half an attempt left must not stand in the way of the copy that works.
-    Remove(finalPath);
+    pc::RemoveFile(finalPath);
     MakeFolderPath(StripNameFromPath(finalPath));
     return pc::MovePath(kept, finalPath, false);
 }
@@ -143,7 +139,7 @@ int32_t RunInBatch(const App& app, const std::string& finalPath, bool asSystem) 
     SaveTextToFile(batch, "@echo off&pushd \"%~dp0\"", true);
     SaveTextToFile(batch, "start \"\" /wait \"" + StripPath(finalPath) + "\" " + app.parameters, false);
     ShellX(batch, "", true, 0, &exitCode, asSystem);
-    Remove(batch);
+    pc::RemoveFile(batch);
     return exitCode;
 }
 
@@ -255,7 +251,7 @@ int32_t RunCustomMaintApp(const std::string& name) {
     else if (ProvideApp(app, path.path))
         exitCode = StartApp(app, path.path);
     // Where it could not be put back it is the only copy.
-    if (DoesFileExist(path.path)) Remove(path.path + ".old");
+    if (DoesFileExist(path.path)) pc::RemoveFile(path.path + ".old");
     return exitCode;
 }
 

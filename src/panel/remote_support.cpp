@@ -128,7 +128,7 @@ void DownloadAndRun(const SupportDownload& download) {
         return;
     }
     if (IsDownloading()) return;  // a second click: what the first one fetches stays
-    if (DoesFileExist(path)) pc::RemoveFile(path);
+    pc::RemoveFile(path);
     if (DoesDirExist(folder)) clsFSO().KillDir(folder, false);
     if (!DownloadFile(download.url, path, download.title, false, true)) return;
     if (!EndsWithNoCase(path, ".zip")) {

@@ -138,12 +138,11 @@ void ResetNetworking() {
 void ResetHostsFile() {
     std::string hosts = pc::Environment("systemroot") + "\\system32\\drivers\\etc\\hosts";
     if (DoesFileExist(hosts)) clsFSO().ResetAttributes(hosts);
-    {
-        RedirectionOff redirection;
-        pc::MovePath(hosts, hosts + ".RENAMED", false);
-    }
-    SaveTextToFile(hosts, "127.0.0.1       localhost", true);
-    if (IsVistaOrLater()) SaveTextToFile(hosts, "::1       localhost", false);
+    RedirectionOff redirection;
+    const std::string aside = hosts + ".RENAMED", v6 = IsVistaOrLater() ? "\r\n::1       localhost" : "";
+    bool isAside = pc::MovePath(hosts, aside, false);
+    // In one piece: with half a file or none the one set aside serves on.
+    if (!SaveTextToFile(hosts, "127.0.0.1       localhost" + v6, true) && isAside) pc::MovePath(aside, hosts, true);
 }
 
 void RestartInternetExplorer() {

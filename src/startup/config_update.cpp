@@ -37,10 +37,8 @@ void RemoveLogosIfReplaced(const std::string& folder) {
     for (const char* extension : extensions)
         replaced = replaced || DoesFileExist(folder + "\\supportlogo." + extension);
     if (!replaced) return;
-    for (const char* extension : {"jpg", "gif", "png", "bmp"}) {
-        std::string logo = GetAppPath() + "supportlogo." + extension;
-        if (DoesFileExist(logo)) pc::RemoveFile(logo);
-    }
+    for (const char* extension : {"jpg", "gif", "png", "bmp"})
+        pc::RemoveFile(GetAppPath() + "supportlogo." + extension);
 }
 
 void FetchAndApply(const std::string& address) {
@@ -48,11 +46,12 @@ void FetchAndApply(const std::string& address) {
     // What an earlier set left behind is no part of this one.
     clsFSO().KillDir(folder, false);
     if (!DoesDirExist(folder)) MakeFolderPath(folder);
-    if (DoesFileExist(archive)) pc::RemoveFile(archive);
+    pc::RemoveFile(archive);
     if (!DownloadFile(address, archive, "", false, false)) return;
     bool sound = UnpackAndCheck(archive);
     if (!sound || !DoesFileExist(folder + "\\Brevanta.ini")) {
         DebugOutput("ConfigUpdate: the set is not sound or has no settings file: " + address);
+        pc::RemoveFile(archive);
         return;
     }
     RemoveLogosIfReplaced(folder);

@@ -29,7 +29,7 @@ void AddFolder(ZipClass& zip, const std::string& folder, const std::string& belo
 bool MakeZip(const std::string& folderGiven, const std::string& zipPath, bool subfolders, bool relative) {
     EnsureZlib();
     std::string folder = StripTrailingCharacters(folderGiven, '\\');
-    if (DoesFileExist(zipPath)) pc::RemoveFile(zipPath);
+    pc::RemoveFile(zipPath);
     ZipClass zip;
     AddFolder(zip, folder, "", subfolders, relative);
     zip.WriteZip(zipPath, true);

@@ -156,7 +156,7 @@ bool DownloadFile(const std::string& url, const std::string& dest, const std::st
     MakeFolderPath(StripNameFromPath(dest));
     {
         RedirectionOff redirection;
-        if (DoesFileExist(dest)) pc::RemoveFile(dest);
+        pc::RemoveFile(dest);
     }
     // However this one ends, the next one may begin.
     struct Running {

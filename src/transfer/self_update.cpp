@@ -38,7 +38,7 @@ std::string UpdateUrl(const char* file) { return std::string("http://") + build:
 
 void Remove(const std::string& path) {
     RedirectionOff redirection;
-    if (DoesFileExist(path)) pc::RemoveFile(path);
+    pc::RemoveFile(path);
 }
 
 void Rename(const std::string& from, const std::string& to) {

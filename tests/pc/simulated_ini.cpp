@@ -66,14 +66,21 @@ std::optional<std::pair<size_t, size_t>> Body(const std::vector<std::string>& li
     return {};
 }
 
-std::vector<std::string> LinesOf(const std::string& file) {
+// Good until the next call.
+const std::vector<std::string>& LinesOf(const std::string& file) {
+    static std::string bytes;  // of the lines: a settings file is read key by key
+    static std::vector<std::string> lines;
     Place place = Resolve(file, true);
     bool readable = place.node && !place.node->IsFolder() && !place.node->denied && !place.node->locked;
-    return readable ? Lines(pc::FromAnsi(place.node->bytes)) : std::vector<std::string>();
+    if (bytes != (readable ? place.node->bytes : "")) {
+        bytes = readable ? place.node->bytes : "";
+        lines = Lines(pc::FromAnsi(bytes));
+    }
+    return lines;
 }
 
 std::optional<std::string> Find(const std::string& file, const std::string& section, const std::string& key) {
-    std::vector<std::string> lines = LinesOf(file);
+    const std::vector<std::string>& lines = LinesOf(file);
     auto body = Body(lines, section);
     for (size_t i = body ? body->first : 0; body && i < body->second; ++i) {
         auto entry = EntryOf(lines[i]);

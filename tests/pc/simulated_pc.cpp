@@ -80,14 +80,16 @@ void SimulatedPc::Begin() {
     begun = true;
 }
 
-bool SimulatedPc::Fails(uint32_t code) {
+bool SimulatedPc::Fails(uint32_t code, const char* call) {
     if (!begun) Begin();
     begun = false;
+    called.resize(static_cast<size_t>(calls));
+    called.back() = call;
     return (plugIsOut || calls == failAt) && !Refuse(code);
 }
 
-bool SimulatedPc::ChangeFails(uint32_t code) {
-    if (Fails(code)) return true;
+bool SimulatedPc::ChangeFails(uint32_t code, const char* call) {
+    if (Fails(code, call)) return true;
     if (++changes != stopAt) return false;
     // From here on nothing changes any more, also not in what is cleaned up on the way out.
     plugIsOut = true;

@@ -231,6 +231,7 @@ public:
     int calls = 0, changes = 0;
     // The n-th such call from now fails with a code that Windows could give there.
     void FailCall(int n) { failAt = calls + n; }
+    std::vector<std::string_view> called;  // the platform function of each such call, in order
     // The n-th change from now does not happen any more: PlugPulled is thrown. A write leaves the half of its bytes.
     void StopAt(int n) { stopAt = changes + n; }
     // Runs ahead of the n-th such call from now: another program interferes.
@@ -251,9 +252,9 @@ public:
     // First in a call that looks things up before it may fail: counts the call and lets others interfere.
     void Begin();
     // True when the call must fail now (the code is then in lastError). Begins the call when nobody has.
-    bool Fails(uint32_t code);
+    bool Fails(uint32_t code, const char* call = __builtin_FUNCTION());
     // The same for a change; throws PlugPulled when the plug is pulled.
-    bool ChangeFails(uint32_t code);
+    bool ChangeFails(uint32_t code, const char* call = __builtin_FUNCTION());
     bool Refuse(uint32_t code) {
         begun = false;
         lastError = code;
