@@ -98,6 +98,7 @@ void SetOptions(CURL* curl, const Request& request, const std::string& address) 
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, request.wait);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, request.wait);
+    curl_easy_setopt(curl, CURLOPT_UPLOAD_BUFFERSIZE, 256L * 1024);  // for the pieces that attachments come in
     curl_easy_setopt(curl, CURLOPT_MAIL_FROM, AddressOf(request.from).c_str());
     if (!request.authenticate) return;
     curl_easy_setopt(curl, CURLOPT_USERNAME, request.user.c_str());
