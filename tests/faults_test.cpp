@@ -184,6 +184,7 @@ protected:
         PreparePc(row);
         if (!n) before = Snapshot();
         int begin = Pc().calls;
+        Pc().notesCalls = true;
         Pc().FailCall(n ? n : -1000000);
         try {
             if (!row.control) {

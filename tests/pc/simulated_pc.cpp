@@ -83,8 +83,10 @@ void SimulatedPc::Begin() {
 bool SimulatedPc::Fails(uint32_t code, const char* call) {
     if (!begun) Begin();
     begun = false;
-    called.resize(static_cast<size_t>(calls));
-    called.back() = call;
+    if (notesCalls) {
+        called.resize(static_cast<size_t>(calls));
+        called.back() = call;
+    }
     return (plugIsOut || calls == failAt) && !Refuse(code);
 }
 

@@ -231,7 +231,8 @@ public:
     int calls = 0, changes = 0;
     // The n-th such call from now fails with a code that Windows could give there.
     void FailCall(int n) { failAt = calls + n; }
-    std::vector<std::string_view> called;  // the platform function of each such call, in order
+    bool notesCalls = false;
+    std::vector<std::string_view> called;  // while it notes: the platform function of each such call, in order
     // The n-th change from now does not happen any more: PlugPulled is thrown. A write leaves the half of its bytes.
     void StopAt(int n) { stopAt = changes + n; }
     // Runs ahead of the n-th such call from now: another program interferes.

@@ -100,7 +100,8 @@ class FaultyMailServer:
                         self.received += line
                     verb = "secret" if verb == "AUTH" else line.strip().split(" ")[0].upper()
                     if verb == "QUIT":
-                        return self._say(connection, "221 bye")
+                        self._say(connection, self.replies["QUIT"])
+                        return
         except OSError:
             pass
 
