@@ -283,6 +283,7 @@ TEST_F(MailTest, OnlyWhoSeesTheBoxesCanLeaveThemOut) {
         Fresh({{"EmailConfig", "EmailInfoPrompt", row.prompt}});
         OpenForm();
         EXPECT_EQ(IsShown("frmEmail", "chkAttachInfo"), std::string(row.prompt) == "1");
+        EXPECT_EQ(FormNamed("frmEmail").Find("txtBody")->Place().height > 3000, std::string(row.prompt) == "0");
         if (!row.info) Click("frmEmail", "chkAttachInfo");
         if (!row.picture) Click("frmEmail", "chkAttachPic");
         Click("frmEmail", "Command1");

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "console/console.h"
 #include "console/console_parts.h"
 #include "controls/panel_links.h"
@@ -27,12 +29,6 @@ namespace {
 std::string UploadFolder() { return GetAppPath() + "ConfigUpload"; }
 std::string ConfigArchive() { return GetAppPath() + "BrevantaConfig.zip"; }
 
-// Files of the folder (with "\\" at its end) that the pattern takes; -1 when that cannot be told.
-int CountFiles(const std::string& folder, const char* pattern) {
-    int count = 0;
-    return pc::ListFolder(folder, pattern, [&](const pc::FileInfo&) { return ++count > 0; }) ? count : -1;
-}
-
 // The set that panels fetch: settings, apps, icon and logo, zipped flat. True when the archive is there and whole: what
 // was saved or packed in part goes to nobody.
 bool PackConfig(Form& form) {
@@ -41,14 +37,21 @@ bool PackConfig(Form& form) {
     clsFSO().KillDir(UploadFolder(), false);
     MakeFolderPath(UploadFolder());
     bool isWhole = true;
-    for (const char* pattern : {"*.ini", "*.cfg", "*.ico", "supportlogo.*"})
-        isWhole &= CopyFileQuiet(GetAppPath() + pattern, UploadFolder()) || CountFiles(GetAppPath(), pattern) == 0;
-    isWhole = ZipFolderRelative(UploadFolder(), ConfigArchive(), false) && isWhole;
-    // The archive passes over what cannot be read.
+    std::vector<std::string> wanted, names;
+    for (const char* pattern : {"*.ini", "*.cfg", "*.ico", "supportlogo.*"}) {
+        isWhole &= pc::ListFolder(GetAppPath(), pattern, [&](const pc::FileInfo& file) {
+            if (!file.IsFolder()) wanted.push_back(LowerCase(file.name));
+            return true;
+        });
+        CopyFileQuiet(GetAppPath() + pattern, UploadFolder());
+    }
+    ZipFolderRelative(UploadFolder(), ConfigArchive(), false);
+    // The shell and the archive pass over what cannot be read, so the outcome is looked at.
     ZipExtractionClass zip;
-    std::vector<std::string> names;
-    isWhole = isWhole && zip.OpenZip(ConfigArchive()) && zip.Test(names) &&
-              static_cast<int>(names.size()) == CountFiles(UploadFolder() + "\\", "*");
+    isWhole = isWhole && zip.OpenZip(ConfigArchive()) && zip.Test(names);
+    for (std::string& name : names) name = LowerCase(name);
+    for (const std::string& file : wanted)
+        isWhole = isWhole && std::find(names.begin(), names.end(), file) != names.end();
     zip.CloseZip();
     clsFSO().KillDir(UploadFolder(), false);
     if (isWhole) return true;

@@ -68,7 +68,13 @@ constexpr LanguageCaption captions[] = {
 void LoadMailForm(Form& form) {
     SetFormIcon(form);
     form.SetCaption(LanguageText("EmailForm", "Title", "Send an Email to") + " " + BrandName());
-    form.SetVisible("picAttachments", Eq1(Setting("EmailConfig", "EmailInfoPrompt")));
+    bool asks = Eq1(Setting("EmailConfig", "EmailInfoPrompt"));
+    form.SetVisible("picAttachments", asks);
+    if (!asks) {  // the client's words take the room
+        Box body = form.Find("txtBody")->Place(), ticks = form.Find("picAttachments")->Place();
+        body.height = ticks.top + ticks.height - body.top;
+        form.Find("txtBody")->SetPlace(body);
+    }
     for (const ClientField& field : clientFields) {
         std::string text = ReadRegistryText("HKLM", clientKey, field.value);
         if (!text.empty()) form.SetText(field.control, text);

@@ -2,6 +2,8 @@
 //
 // A link (junction, mount point, symbolic link) is only ever removed itself: it is not entered, and its owner and
 // attributes, which may be those of what it points to, are left alone.
+#include <algorithm>
+
 #include "system/file_walk.h"
 #include "system/files.h"
 #include "system/paths.h"
@@ -9,8 +11,6 @@
 #include "system/processes.h"
 #include "system/text.h"
 #include "system/trace.h"
-
-#include <algorithm>
 
 namespace {
 

@@ -1,5 +1,5 @@
 """The technician's console: its fifteen pages as they stand on the screen."""
-from harness import Journey, wait
+from harness import OK, Journey, wait
 
 
 class ConsoleJourney(Journey):
@@ -11,6 +11,18 @@ class ConsoleJourney(Journey):
         console = self.pc.form("frmConfig", 60)
         wait(lambda: "SideBar.1.15" in console.controls(), "the sidebar")
         return console
+
+    def test_half_a_set_goes_to_nobody(self):
+        self.pc.install("Brevanta.exe")
+        (self.pc.folder / "App.cfg").write_text("[Config]\r\nApp=x.exe\r\n")
+        self.pc.stand_in("driver/holder.exe")
+        self.pc.start(r"/hold C:\Brevanta\App.cfg", r"C:\driver\holder.exe")
+        wait(lambda: self.pc.run(r"cmd /c type C:\Brevanta\App.cfg")[0], "the file to be held")
+        console = self.start_console()
+        console.click("SideBar.2.1")
+        self.pc.box("Your config could not be packed whole.", 30).answer(OK)
+        self.assertEqual(list(self.pc.drive.rglob("BrevantaConfig.zip")), [])
+        self.assertFalse((self.pc.folder / "ConfigUpload").exists())
 
     def test_every_page_shows_its_controls_inside_the_window(self):
         self.pc.install("Brevanta.exe")
